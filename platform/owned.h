@@ -1,0 +1,72 @@
+// Owners of platform handles: each closes its handle at the end of its scope. The invalid value lives
+// in the type; an owner tests true while it holds a handle that is valid for its kind.
+#pragma once
+
+#include <utility>
+
+#include "platform/platform.h"
+
+namespace platform {
+
+template <class Traits>
+class Owned {
+ public:
+  using Handle = typename Traits::Handle;
+
+  Owned() = default;
+  explicit Owned(Handle handle) : m_handle(handle) {}
+  Owned(Owned&& other) noexcept : m_handle(other.Release()) {}
+  Owned& operator=(Owned&& other) noexcept {
+    if (this != &other) {
+      Reset();
+      m_handle = other.Release();
+    }
+    return *this;
+  }
+  ~Owned() { Reset(); }
+
+  explicit operator bool() const { return m_handle != Traits::kInvalid; }
+  Handle get() const { return m_handle; }
+
+  // Closes what is held and gives the address for a call that stores a new handle there.
+  Handle* Out() {
+    Reset();
+    return &m_handle;
+  }
+  void Reset() {
+    if (*this) Traits::Close(Release());
+  }
+  // Gives the handle to the caller, who closes it.
+  Handle Release() { return std::exchange(m_handle, Traits::kInvalid); }
+
+ private:
+  Handle m_handle = Traits::kInvalid;
+};
+
+struct FileTraits {
+  using Handle = HANDLE;
+  static constexpr Handle kInvalid = INVALID_HANDLE_VALUE;
+  static void Close(Handle file) { Os().objects.CloseHandle(file); }
+};
+struct ObjectTraits {
+  using Handle = HANDLE;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle object) { Os().objects.CloseHandle(object); }
+};
+struct KeyTraits {
+  using Handle = HKEY;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle key) { Os().registry.RegCloseKey(key); }
+};
+struct FindTraits {
+  using Handle = HFIND;
+  static constexpr Handle kInvalid = INVALID_FIND_HANDLE;
+  static void Close(Handle search) { Os().files.FindClose(search); }
+};
+
+using OwnedFile = Owned<FileTraits>;
+using OwnedObject = Owned<ObjectTraits>;
+using OwnedKey = Owned<KeyTraits>;
+using OwnedFind = Owned<FindTraits>;
+
+}  // namespace platform
