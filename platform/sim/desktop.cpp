@@ -1,0 +1,96 @@
+#include "platform/sim/desktop.h"
+
+#include <algorithm>
+
+#include "platform/sim/machine.h"
+#include "platform/sim/text.h"
+
+namespace sim {
+
+using namespace platform;
+
+Window* Desktop::Find(HWND handle) {
+  const auto found = std::find_if(m_windows.begin(), m_windows.end(),
+                                  [&](const auto& window) { return window->handle == handle; });
+  return found == m_windows.end() ? nullptr : found->get();
+}
+
+Window* Desktop::Find(const char16_t* className, const char16_t* title) {
+  const std::u16string wantedClass = FoldCase(View(className));
+  const std::u16string wantedTitle = FoldCase(View(title));
+  for (const auto& window : m_windows) {
+    if (className != nullptr && FoldCase(window->className) != wantedClass) continue;
+    if (title != nullptr && FoldCase(window->title) != wantedTitle) continue;
+    return window.get();
+  }
+  return nullptr;
+}
+
+Window* Desktop::FindOf(const Process& process, std::u16string_view className) {
+  for (Window* window : WindowsOf(process))
+    if (window->className == className) return window;
+  return nullptr;
+}
+
+std::vector<Window*> Desktop::WindowsOf(const Process& process) {
+  std::vector<Window*> found;
+  for (const auto& window : m_windows)
+    if (window->thread->process() == &process) found.push_back(window.get());
+  return found;
+}
+
+std::vector<Timer> Desktop::TimersOf(HWND handle) {
+  std::vector<Timer> found;
+  const Window* window = Find(handle);
+  if (window == nullptr) return found;
+  for (const Timer& timer : QueueOf(*window->thread).timers)
+    if (timer.window == handle) found.push_back(timer);
+  return found;
+}
+
+bool Desktop::Post(HWND handle, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+  Window* window = Find(handle);
+  if (window == nullptr) return false;
+  QueueOf(*window->thread).posted.push_back({handle, message, wParam, lParam});
+  m_machine.scheduler().Wake(*window->thread);
+  return true;
+}
+
+std::vector<Window*> Desktop::Boxes() {
+  std::vector<Window*> boxes;
+  for (const auto& window : m_windows)
+    if (window->className == u"#32770" && !window->answer) boxes.push_back(window.get());
+  return boxes;
+}
+
+void Desktop::Answer(Window& box, std::int32_t id) {
+  box.answer = id;
+  m_machine.scheduler().Wake(*box.thread);
+}
+
+std::u16string Desktop::NameOf(std::uint32_t message) const {
+  const auto found = m_messageNames.find(message);
+  return found == m_messageNames.end() ? u"message " + Decimal(message) : found->second;
+}
+
+std::u16string Desktop::NameOfTimer(std::uint64_t id) const {
+  const auto found = m_timerNames.find(id);
+  return found == m_timerNames.end() ? Decimal(id) : found->second;
+}
+
+void Desktop::DropThread(Thread& thread) {
+  // What waited for an answer of this thread gets 0, as from a window that is gone.
+  for (const auto& sent : m_queues[&thread].sent) {
+    sent->answered = true;
+    m_machine.scheduler().Wake(*sent->sender);
+  }
+  std::erase_if(m_windows, [&](const auto& window) { return window->thread == &thread; });
+  m_queues.erase(&thread);
+}
+
+void Desktop::DropProcess(Process& process) {
+  for (Thread* thread : process.threads()) DropThread(*thread);
+  std::erase_if(m_classes, [&](const auto& entry) { return entry.first.first == &process; });
+}
+
+}  // namespace sim

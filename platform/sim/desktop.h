@@ -1,0 +1,120 @@
+// Windows, message queues, timers and message boxes of the simulated machine.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/windowing.h"
+
+namespace sim {
+
+class Machine;
+class Process;
+class Thread;
+
+struct WindowClassRecord {
+  std::u16string name;
+  platform::WNDPROC procedure = nullptr;
+  std::uint32_t style = 0;
+};
+
+struct Window {
+  platform::HWND handle{};
+  Thread* thread = nullptr;
+  std::u16string className;
+  std::u16string title;
+  std::u16string text;  // of a message box
+  std::uint32_t style = 0;
+  std::uint32_t exStyle = 0;
+  bool visible = false;
+  bool enabled = true;
+  bool destroying = false;
+  platform::WNDPROC procedure = nullptr;
+  std::optional<std::int32_t> answer;  // of a message box
+};
+
+struct Timer {
+  platform::HWND window{};
+  std::uint64_t id = 0;
+  std::uint32_t period = 0;
+  std::uint64_t due = 0;
+  std::uint64_t turn = 0;  // orders timers that are due at once
+};
+
+// A message on its way from SendMessageW to the thread of its window.
+struct SentMessage {
+  platform::Message message;
+  Thread* sender = nullptr;
+  bool answered = false;
+  platform::LRESULT result = 0;
+};
+
+struct MessageQueue {
+  std::deque<platform::Message> posted;
+  std::deque<std::shared_ptr<SentMessage>> sent;
+  std::optional<std::int32_t> quit;
+  std::vector<Timer> timers;
+};
+
+class Desktop {
+ public:
+  explicit Desktop(Machine& machine) : m_machine(machine) {}
+
+  // Null when there is no such window (any more).
+  Window* Find(platform::HWND window);
+  // The first window, oldest first, of that class and title (null: any); null if none.
+  Window* Find(const char16_t* className, const char16_t* title);
+  // Of one process's windows the first of that class.
+  Window* FindOf(const Process& process, std::u16string_view className);
+  std::vector<Window*> WindowsOf(const Process& process);
+  // Timers of a window, in the order in which they were set.
+  std::vector<Timer> TimersOf(platform::HWND window);
+
+  // Posts a message as another program would. False when the window is gone.
+  bool Post(platform::HWND window, std::uint32_t message, platform::WPARAM wParam = 0,
+            platform::LPARAM lParam = 0);
+
+  // The message boxes that are open, oldest first; each is a window with `text`.
+  std::vector<Window*> Boxes();
+  // Presses the button with that id on an open message box.
+  void Answer(Window& box, std::int32_t id = platform::IDOK);
+  // From now on every message box is answered with `id` as soon as it shows.
+  void AnswerBoxesAtOnce(std::int32_t id = platform::IDOK) { m_answerAtOnce = id; }
+
+  // How a message is called in the trace; numbers without a name stand as numbers.
+  void NameMessage(std::uint32_t message, std::u16string name) { m_messageNames[message] = name; }
+  std::u16string NameOf(std::uint32_t message) const;
+  void NameTimer(std::uint64_t id, std::u16string name) { m_timerNames[id] = name; }
+  std::u16string NameOfTimer(std::uint64_t id) const;
+
+  // --- for the simulation ---
+
+  MessageQueue& QueueOf(Thread& thread) { return m_queues[&thread]; }
+  // Removes what a thread or process owns, without any message.
+  void DropThread(Thread& thread);
+  void DropProcess(Process& process);
+
+ private:
+  friend class WindowingCalls;
+
+  Machine& m_machine;
+  std::uint64_t m_nextWindow = 0x10010;
+  std::uint64_t m_nextThreadTimer = 0x7F00;
+  std::uint64_t m_turns = 0;
+  std::vector<std::unique_ptr<Window>> m_windows;
+  std::map<std::pair<const Process*, std::u16string>, WindowClassRecord> m_classes;
+  std::uint16_t m_nextAtom = 0xC001;
+  std::unordered_map<Thread*, MessageQueue> m_queues;
+  std::optional<std::int32_t> m_answerAtOnce;
+  std::map<std::uint32_t, std::u16string> m_messageNames;
+  std::map<std::uint64_t, std::u16string> m_timerNames;
+};
+
+}  // namespace sim

@@ -1,0 +1,233 @@
+#include "platform/sim/named_objects.h"
+
+#include <utility>
+
+#include "platform/sim/machine.h"
+#include "platform/sim/text.h"
+
+namespace sim {
+
+using namespace platform;
+
+Waitable::~Waitable() {
+  if (!m_name.empty()) m_objects.m_byName.erase(m_name);
+}
+
+void Waitable::WakeWaiters(Scheduler& scheduler) {
+  for (Thread* waiter : waiters) scheduler.Wake(*waiter);
+}
+
+Mutex::~Mutex() { std::erase(m_objects.m_owned, this); }
+
+bool Mutex::IsFreeFor(const Thread& thread) const {
+  return m_owner == nullptr || m_owner == &thread;
+}
+
+std::uint32_t Mutex::Take(Thread& thread) {
+  if (m_depth++ == 0) {
+    m_owner = &thread;
+    m_objects.m_owned.push_back(this);
+  }
+  return std::exchange(m_abandoned, false) ? WAIT_ABANDONED : WAIT_OBJECT_0;
+}
+
+void Mutex::Release(Scheduler& scheduler) {
+  if (--m_depth == 0) Free(scheduler);
+}
+
+void Mutex::Abandon(Scheduler& scheduler) {
+  m_abandoned = true;
+  m_depth = 0;
+  Free(scheduler);
+}
+
+void Mutex::Free(Scheduler& scheduler) {
+  m_owner = nullptr;
+  std::erase(m_objects.m_owned, this);
+  WakeWaiters(scheduler);
+}
+
+std::uint32_t Semaphore::Take(Thread&) {
+  --m_count;
+  return WAIT_OBJECT_0;
+}
+
+bool Semaphore::Release(std::int32_t count, Scheduler& scheduler) {
+  if (count > m_maximum - m_count) return false;
+  m_count += count;
+  WakeWaiters(scheduler);
+  return true;
+}
+
+std::shared_ptr<Waitable> NamedObjects::Find(const std::u16string& name) const {
+  const auto found = m_byName.find(name);
+  return found == m_byName.end() ? nullptr : found->second.lock();
+}
+
+void NamedObjects::Publish(const std::shared_ptr<Waitable>& object) {
+  if (!object->name().empty()) m_byName[object->name()] = object;
+}
+
+void NamedObjects::Abandon(Thread& thread, Scheduler& scheduler) {
+  const std::vector<Mutex*> owned = m_owned;
+  for (Mutex* mutex : owned)
+    if (mutex->IsOwnedBy(thread)) mutex->Abandon(scheduler);
+}
+
+namespace {
+
+class ObjectHandle final : public HandleBody {
+ public:
+  explicit ObjectHandle(std::shared_ptr<Waitable> object) : m_object(std::move(object)) {}
+  std::u16string Describe() const override { return m_object->Describe(); }
+  Waitable& object() const { return *m_object; }
+
+ private:
+  std::shared_ptr<Waitable> m_object;
+};
+
+// A name is the session's own unless it begins with "Global\"; "Local\" only says so.
+std::u16string ObjectName(const char16_t* name) {
+  constexpr std::u16string_view kLocal = u"Local\\";
+  std::u16string_view view = View(name);
+  if (view.starts_with(kLocal)) view.remove_prefix(kLocal.size());
+  return std::u16string(view);
+}
+
+// A handle to the object of that name, or to the one that `make` gives when there is none.
+template <class T, class Make>
+HANDLE CreateOrOpen(Call& call, const char16_t* name, const Make& make) {
+  NamedObjects& objects = call.machine().objects();
+  std::shared_ptr<Waitable> object = objects.Find(ObjectName(name));
+  if (object != nullptr && dynamic_cast<T*>(object.get()) == nullptr) {
+    call.SetLastError(ERROR_INVALID_HANDLE);
+    return HANDLE{};
+  }
+  call.SetLastError(object == nullptr ? ERROR_SUCCESS : ERROR_ALREADY_EXISTS);
+  if (object == nullptr) {
+    object = make(objects);
+    objects.Publish(object);
+  }
+  return HANDLE{call.process().AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
+}
+
+// The open object of that kind, or null with the error set.
+template <class T>
+T* FindObject(Call& call, HANDLE handle, std::shared_ptr<ObjectHandle>& body) {
+  body = call.process().FindHandle<ObjectHandle>(static_cast<std::uint64_t>(handle));
+  T* object = body == nullptr ? nullptr : dynamic_cast<T*>(&body->object());
+  if (object == nullptr) call.SetLastError(ERROR_INVALID_HANDLE);
+  return object;
+}
+
+}  // namespace
+
+HANDLE KernelObjectCalls::CreateMutexW(bool initialOwner, const char16_t* name) {
+  Call call("CreateMutexW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
+  return CreateOrOpen<Mutex>(call, name, [&](NamedObjects& objects) {
+    auto mutex = std::make_shared<Mutex>(objects, ObjectName(name));
+    if (initialOwner) mutex->Take(call.thread());
+    return mutex;
+  });
+}
+
+HANDLE KernelObjectCalls::OpenMutexW(std::uint32_t, const char16_t* name) {
+  Call call("OpenMutexW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
+  std::shared_ptr<Waitable> object = m_machine.objects().Find(ObjectName(name));
+  if (dynamic_cast<Mutex*>(object.get()) == nullptr) {
+    call.SetLastError(object == nullptr ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_HANDLE);
+    return HANDLE{};
+  }
+  return HANDLE{call.process().AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
+}
+
+bool KernelObjectCalls::ReleaseMutex(HANDLE handle) {
+  Call call("ReleaseMutex", Call::kRelease);
+  if (call.Inert()) return true;
+  if (call.Failure(ERROR_INVALID_HANDLE)) return false;
+  std::shared_ptr<ObjectHandle> body;
+  Mutex* mutex = FindObject<Mutex>(call, handle, body);
+  if (mutex == nullptr) return false;
+  if (!mutex->IsOwnedBy(call.thread())) {
+    call.SetLastError(ERROR_NOT_OWNER);
+    return false;
+  }
+  mutex->Release(m_machine.scheduler());
+  return true;
+}
+
+HANDLE KernelObjectCalls::CreateSemaphoreW(std::int32_t initialCount, std::int32_t maximumCount,
+                                           const char16_t* name) {
+  Call call("CreateSemaphoreW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
+  if (maximumCount <= 0 || initialCount < 0 || initialCount > maximumCount) {
+    call.SetLastError(ERROR_INVALID_PARAMETER);
+    return HANDLE{};
+  }
+  return CreateOrOpen<Semaphore>(call, name, [&](NamedObjects& objects) {
+    return std::make_shared<Semaphore>(objects, ObjectName(name), initialCount, maximumCount);
+  });
+}
+
+bool KernelObjectCalls::ReleaseSemaphore(HANDLE handle, std::int32_t count,
+                                         std::int32_t* previous) {
+  Call call("ReleaseSemaphore", Call::kRelease);
+  if (call.Inert()) return true;
+  if (call.Failure(ERROR_INVALID_HANDLE)) return false;
+  std::shared_ptr<ObjectHandle> body;
+  Semaphore* semaphore = FindObject<Semaphore>(call, handle, body);
+  if (semaphore == nullptr) return false;
+  if (count <= 0) {
+    call.SetLastError(ERROR_INVALID_PARAMETER);
+    return false;
+  }
+  const std::int32_t before = semaphore->count();
+  if (!semaphore->Release(count, m_machine.scheduler())) {
+    call.SetLastError(ERROR_TOO_MANY_POSTS);
+    return false;
+  }
+  if (previous != nullptr) *previous = before;
+  return true;
+}
+
+std::uint32_t KernelObjectCalls::WaitForSingleObject(HANDLE handle, std::uint32_t milliseconds) {
+  Call call("WaitForSingleObject");
+  if (call.Failure(ERROR_INVALID_HANDLE)) return WAIT_FAILED;
+  std::shared_ptr<ObjectHandle> body;
+  Waitable* object = FindObject<Waitable>(call, handle, body);
+  if (object == nullptr) return WAIT_FAILED;
+
+  struct Waiting {
+    Waitable& object;
+    Thread* thread;
+    Waiting(Waitable& waitedFor, Thread& waiter) : object(waitedFor), thread(&waiter) {
+      object.waiters.push_back(thread);
+    }
+    ~Waiting() { std::erase(object.waiters, thread); }
+  };
+  const std::uint64_t deadline =
+      milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
+  while (!object->IsFreeFor(call.thread())) {
+    if (m_machine.now() >= deadline) return WAIT_TIMEOUT;
+    const Waiting waiting(*object, call.thread());
+    m_machine.scheduler().Block(deadline);
+  }
+  return object->Take(call.thread());
+}
+
+bool KernelObjectCalls::CloseHandle(HANDLE handle) {
+  Call call("CloseHandle", Call::kRelease);
+  if (call.Inert()) return true;
+  if (call.Failure(ERROR_INVALID_HANDLE)) return false;
+  const auto number = static_cast<std::uint64_t>(handle);
+  const auto body = call.process().FindHandle<HandleBody>(number);
+  if (body == nullptr || !body->IsKernelObject()) {
+    call.SetLastError(ERROR_INVALID_HANDLE);
+    return false;
+  }
+  return call.process().CloseHandle(number);
+}
+
+}  // namespace sim

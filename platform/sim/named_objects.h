@@ -1,0 +1,120 @@
+// Kernel objects of the simulated machine that processes share by name: mutexes and semaphores.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/kernel_objects.h"
+#include "platform/sim/process.h"
+
+namespace sim {
+
+class NamedObjects;
+class Scheduler;
+
+// What can be waited for. It leaves the name space when its last handle is closed.
+class Waitable {
+ public:
+  Waitable(NamedObjects& objects, std::u16string name)
+      : m_objects(objects), m_name(std::move(name)) {}
+  virtual ~Waitable();
+  Waitable(const Waitable&) = delete;
+  Waitable& operator=(const Waitable&) = delete;
+
+  const std::u16string& name() const { return m_name; }
+  virtual std::u16string Describe() const = 0;
+  virtual bool IsFreeFor(const Thread& thread) const = 0;
+  // Takes the object for `thread`; only when it is free. What the wait gives.
+  virtual std::uint32_t Take(Thread& thread) = 0;
+
+  void WakeWaiters(Scheduler& scheduler);
+  std::vector<Thread*> waiters;
+
+ protected:
+  NamedObjects& m_objects;
+
+ private:
+  std::u16string m_name;  // empty: unnamed
+};
+
+class Mutex final : public Waitable {
+ public:
+  using Waitable::Waitable;
+  ~Mutex() override;
+
+  std::u16string Describe() const override { return u"mutex " + name(); }
+  bool IsFreeFor(const Thread& thread) const override;
+  std::uint32_t Take(Thread& thread) override;
+  bool IsOwnedBy(const Thread& thread) const { return m_owner == &thread; }
+  // Gives one ownership back.
+  void Release(Scheduler& scheduler);
+  // The owner has ended without giving it back.
+  void Abandon(Scheduler& scheduler);
+
+ private:
+  void Free(Scheduler& scheduler);
+
+  Thread* m_owner = nullptr;
+  std::uint32_t m_depth = 0;
+  bool m_abandoned = false;
+};
+
+class Semaphore final : public Waitable {
+ public:
+  Semaphore(NamedObjects& objects, std::u16string name, std::int32_t initial, std::int32_t maximum)
+      : Waitable(objects, std::move(name)), m_count(initial), m_maximum(maximum) {}
+
+  std::u16string Describe() const override { return u"semaphore " + name(); }
+  bool IsFreeFor(const Thread&) const override { return m_count > 0; }
+  std::uint32_t Take(Thread& thread) override;
+  std::int32_t count() const { return m_count; }
+  // False when the maximum would be passed; nothing changes then.
+  bool Release(std::int32_t count, Scheduler& scheduler);
+
+ private:
+  std::int32_t m_count;
+  std::int32_t m_maximum;
+};
+
+class NamedObjects {
+ public:
+  // Whether any process holds a handle to an object of that name.
+  bool Exists(const std::u16string& name) const { return m_byName.contains(name); }
+
+  // --- for the simulation ---
+
+  // Null when there is none of that name; an empty name finds nothing.
+  std::shared_ptr<Waitable> Find(const std::u16string& name) const;
+  void Publish(const std::shared_ptr<Waitable>& object);
+  // Gives up the mutexes that an ending thread owns; waiters find them abandoned.
+  void Abandon(Thread& thread, Scheduler& scheduler);
+
+ private:
+  friend class Waitable;
+  friend class Mutex;
+  std::map<std::u16string, std::weak_ptr<Waitable>> m_byName;
+  std::vector<Mutex*> m_owned;
+};
+
+class KernelObjectCalls final : public platform::KernelObjects {
+ public:
+  explicit KernelObjectCalls(Machine& machine) : m_machine(machine) {}
+
+  platform::HANDLE CreateMutexW(bool initialOwner, const char16_t* name) override;
+  platform::HANDLE OpenMutexW(std::uint32_t access, const char16_t* name) override;
+  bool ReleaseMutex(platform::HANDLE mutex) override;
+  platform::HANDLE CreateSemaphoreW(std::int32_t initialCount, std::int32_t maximumCount,
+                                    const char16_t* name) override;
+  bool ReleaseSemaphore(platform::HANDLE semaphore, std::int32_t count,
+                        std::int32_t* previous) override;
+  std::uint32_t WaitForSingleObject(platform::HANDLE object, std::uint32_t milliseconds) override;
+  bool CloseHandle(platform::HANDLE handle) override;
+
+ private:
+  Machine& m_machine;
+};
+
+}  // namespace sim

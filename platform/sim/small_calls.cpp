@@ -1,0 +1,206 @@
+#include "platform/sim/small_calls.h"
+
+#include <algorithm>
+
+#include "platform/sim/machine.h"
+#include "platform/sim/text.h"
+
+namespace sim {
+
+using namespace platform;
+
+namespace {
+
+// Copies with its terminator what fits into `chars` characters; the number copied without it.
+std::uint32_t CopyCut(std::u16string_view text, char16_t* out, std::uint32_t chars) {
+  if (chars == 0) return 0;
+  const std::size_t count = std::min<std::size_t>(text.size(), chars - 1);
+  std::copy_n(text.data(), count, out);
+  out[count] = 0;
+  return static_cast<std::uint32_t>(count);
+}
+
+}  // namespace
+
+std::uint32_t ProcessCalls::GetCurrentProcessId() {
+  return Call("GetCurrentProcessId").process().id();
+}
+
+std::uint32_t ProcessCalls::GetCurrentThreadId() {
+  return Call("GetCurrentThreadId").thread().id();
+}
+
+std::int32_t ProcessCalls::GetLastError() { return Call("GetLastError").thread().lastError; }
+
+void ProcessCalls::SetLastError(std::int32_t error) {
+  Call("SetLastError").thread().lastError = error;
+}
+
+void ProcessCalls::Sleep(std::uint32_t milliseconds) {
+  const Call call("Sleep");
+  if (call.Inert()) return;
+  if (milliseconds == 0) {
+    m_machine.scheduler().Yield();
+    return;
+  }
+  m_machine.Trace(u"sleeps " + Decimal(milliseconds) + u" ms");
+  const std::uint64_t until = milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
+  // A message that comes in meanwhile wakes the thread, but not its sleep.
+  while (m_machine.now() < until) m_machine.scheduler().Block(until);
+}
+
+void ProcessCalls::ExitProcess(std::uint32_t code) {
+  const Call call("ExitProcess");
+  call.process().BeginEnd(code);
+  call.thread().unwinding = true;
+  throw ProcessEnded{};
+}
+
+HMODULE ModuleCalls::GetModuleHandleW(const char16_t* name) {
+  Call call("GetModuleHandleW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HMODULE{};
+  if (name == nullptr) return HMODULE{0x140000000};
+  call.SetLastError(ERROR_MOD_NOT_FOUND);
+  return HMODULE{};
+}
+
+std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path,
+                                              std::uint32_t chars) {
+  Call call("GetModuleFileNameW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return 0;
+  if (module != HMODULE{} && module != HMODULE{0x140000000}) {
+    call.SetLastError(ERROR_MOD_NOT_FOUND);
+    return 0;
+  }
+  const std::u16string& image = call.process().imagePath();
+  const std::uint32_t copied = CopyCut(image, path, chars);
+  const bool cut = copied < image.size();
+  call.SetLastError(cut ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
+  return cut ? chars : copied;
+}
+
+std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder,
+                                                 bool create) {
+  Call call("SHGetSpecialFolderPathW");
+  const std::u16string& known = m_machine.system().commonAppData;
+  if (call.Failure(ERROR_FILE_NOT_FOUND)) return 0;
+  if (folder != CSIDL_COMMON_APPDATA || known.empty()) return 0;
+  if (create) m_machine.files().MakeFolder(known);
+  if (!m_machine.files().Exists(known)) return 0;
+  CopyCut(known, path, MAX_PATH);
+  return 1;
+}
+
+std::uint32_t SystemCalls::GetTickCount() {
+  const Call call("GetTickCount");
+  return m_machine.system().bootTicks + static_cast<std::uint32_t>(m_machine.now());
+}
+
+void SystemCalls::GetLocalTime(LocalTime* time) {
+  const Call call("GetLocalTime");
+  constexpr std::uint64_t kDay = 24 * 60 * 60 * 1000;
+  const LocalTime& start = m_machine.system().startTime;
+  std::uint64_t left = ((start.hour * 60U + start.minute) * 60U + start.second) * 1000U +
+                       start.milliseconds + m_machine.now();
+  const auto part = [&left](std::uint64_t size) {
+    const std::uint64_t value = left % size;
+    left /= size;
+    return static_cast<std::uint16_t>(value);
+  };
+  *time = start;
+  time->day = static_cast<std::uint16_t>(start.day + left / kDay);
+  time->milliseconds = part(1000);
+  time->second = part(60);
+  time->minute = part(60);
+  time->hour = part(24);
+}
+
+bool SystemCalls::GetVersionExW(OsVersion* version) {
+  Call call("GetVersionExW");
+  if (call.Failure(ERROR_INSUFFICIENT_BUFFER)) return false;
+  if (!m_machine.system().versionIsKnown) return false;
+  *version = m_machine.system().version;
+  return true;
+}
+
+std::uint32_t LanguageCalls::GetSystemDefaultLCID() {
+  const Call call("GetSystemDefaultLCID");
+  return m_machine.system().systemLocale;
+}
+
+namespace {
+
+// The bidirectional type of a character, as far as the agent tells them apart.
+std::uint16_t BidirectionalType(char16_t c) {
+  constexpr std::uint16_t kLeftToRight = 1;
+  constexpr std::uint16_t kEuropeanNumber = 3;
+  constexpr std::uint16_t kWhitespace = 10;
+  constexpr std::uint16_t kOtherNeutral = 11;
+  const bool hebrew = (c >= 0x05BE && c <= 0x05F4) || (c >= 0xFB1D && c <= 0xFB4F);
+  const bool arabic = (c >= 0x0608 && c <= 0x06EF && (c < 0x0660 || c > 0x066C)) ||
+                      (c >= 0x06FA && c <= 0x07BF) || (c >= 0xFB50 && c <= 0xFEFC);
+  if (hebrew || arabic || c == 0x200F) return C2_RIGHTTOLEFT;
+  if (c >= u'0' && c <= u'9') return kEuropeanNumber;
+  if (c == u' ' || c == 0x3000) return kWhitespace;
+  const bool letter = (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') ||
+                      (c >= 0x00C0 && c <= 0x02B8 && c != 0x00D7 && c != 0x00F7) ||
+                      (c >= 0x0370 && c <= 0x0589) || (c >= 0x3041 && c <= 0xD7FF) || c == 0x200E;
+  return letter ? kLeftToRight : kOtherNeutral;
+}
+
+// Code page 1252 where it isn't Latin-1: the characters of the bytes 0x80 to 0x9F.
+constexpr char16_t kCodePage1252[] = u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030"
+                                     u"\u0160\u2039\u0152\u008D\u017D\u008F\u0090\u2018\u2019\u201C"
+                                     u"\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
+                                     u"\u017E\u0178";
+
+char NarrowCharacter(char16_t c) {
+  if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<char>(c);
+  const std::u16string_view upper(kCodePage1252);
+  const std::size_t found = upper.find(c);
+  return found == std::u16string_view::npos ? '?' : static_cast<char>(0x80 + found);
+}
+
+}  // namespace
+
+bool LanguageCalls::GetStringTypeExW(std::uint32_t, std::uint32_t infoType, const char16_t* text,
+                                     std::int32_t chars, std::uint16_t* types) {
+  Call call("GetStringTypeExW");
+  if (call.Failure(ERROR_INVALID_PARAMETER)) return false;
+  if (infoType != CT_CTYPE2 || text == nullptr || chars <= 0) {
+    call.SetLastError(ERROR_INVALID_PARAMETER);
+    return false;
+  }
+  std::transform(text, text + chars, types, BidirectionalType);
+  return true;
+}
+
+std::int32_t LanguageCalls::lstrcmpiW(const char16_t* left, const char16_t* right) {
+  const Call call("lstrcmpiW");
+  if (left == nullptr || right == nullptr)
+    return (left != nullptr ? 1 : 0) - (right != nullptr ? 1 : 0);
+  const std::u16string foldedLeft = FoldCase(View(left));
+  const std::u16string foldedRight = FoldCase(View(right));
+  if (foldedLeft == foldedRight) return 0;
+  return foldedLeft < foldedRight ? -1 : 1;
+}
+
+std::int32_t LanguageCalls::WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
+                                                std::int32_t chars, char* out,
+                                                std::int32_t bytes) {
+  Call call("WideCharToMultiByte");
+  if (call.Failure(ERROR_INSUFFICIENT_BUFFER)) return 0;
+  if (codePage != CP_ACP || text == nullptr || chars <= 0 || bytes < 0) {
+    call.SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  if (bytes == 0) return chars;
+  if (bytes < chars) {
+    call.SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return 0;
+  }
+  std::transform(text, text + chars, out, NarrowCharacter);
+  return chars;
+}
+
+}  // namespace sim

@@ -1,0 +1,69 @@
+// The platform's calls that only tell or wait: processes, modules, shell, system, language.
+#pragma once
+
+#include "platform/modules.h"
+#include "platform/nls.h"
+#include "platform/processes.h"
+#include "platform/shell.h"
+#include "platform/system_info.h"
+
+namespace sim {
+
+class Machine;
+
+class ProcessCalls final : public platform::Processes {
+ public:
+  explicit ProcessCalls(Machine& machine) : m_machine(machine) {}
+  std::uint32_t GetCurrentProcessId() override;
+  std::uint32_t GetCurrentThreadId() override;
+  std::int32_t GetLastError() override;
+  void SetLastError(std::int32_t error) override;
+  void Sleep(std::uint32_t milliseconds) override;
+  [[noreturn]] void ExitProcess(std::uint32_t code) override;
+
+ private:
+  Machine& m_machine;
+};
+
+class ModuleCalls final : public platform::Modules {
+ public:
+  platform::HMODULE GetModuleHandleW(const char16_t* name) override;
+  std::uint32_t GetModuleFileNameW(platform::HMODULE module, char16_t* path,
+                                   std::uint32_t chars) override;
+};
+
+class ShellCalls final : public platform::Shell {
+ public:
+  explicit ShellCalls(Machine& machine) : m_machine(machine) {}
+  std::int32_t SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder, bool create) override;
+
+ private:
+  Machine& m_machine;
+};
+
+class SystemCalls final : public platform::SystemInfo {
+ public:
+  explicit SystemCalls(Machine& machine) : m_machine(machine) {}
+  std::uint32_t GetTickCount() override;
+  void GetLocalTime(platform::LocalTime* time) override;
+  bool GetVersionExW(platform::OsVersion* version) override;
+
+ private:
+  Machine& m_machine;
+};
+
+class LanguageCalls final : public platform::NationalLanguage {
+ public:
+  explicit LanguageCalls(Machine& machine) : m_machine(machine) {}
+  std::uint32_t GetSystemDefaultLCID() override;
+  bool GetStringTypeExW(std::uint32_t locale, std::uint32_t infoType, const char16_t* text,
+                        std::int32_t chars, std::uint16_t* types) override;
+  std::int32_t lstrcmpiW(const char16_t* left, const char16_t* right) override;
+  std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
+                                   std::int32_t chars, char* out, std::int32_t bytes) override;
+
+ private:
+  Machine& m_machine;
+};
+
+}  // namespace sim

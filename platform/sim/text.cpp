@@ -1,0 +1,39 @@
+#include "platform/sim/text.h"
+
+#include <clocale>
+#include <cwctype>
+#include <locale.h>
+
+namespace sim {
+
+std::u16string Hex(std::uint64_t number, int digits) {
+  std::u16string text;
+  do {
+    text.insert(text.begin(), u"0123456789ABCDEF"[number % 16]);
+    number /= 16;
+  } while (number != 0 || text.size() < static_cast<std::size_t>(digits));
+  return text;
+}
+
+std::u16string Decimal(std::uint64_t number) {
+  std::u16string text;
+  do {
+    text.insert(text.begin(), static_cast<char16_t>(u'0' + number % 10));
+    number /= 10;
+  } while (number != 0);
+  return text;
+}
+
+char16_t FoldCase(char16_t c) {
+  if (c < 0x80) return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
+  static const locale_t kUnicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return static_cast<char16_t>(towlower_l(static_cast<wint_t>(c), kUnicode));
+}
+
+std::u16string FoldCase(std::u16string_view text) {
+  std::u16string folded(text);
+  for (char16_t& c : folded) c = FoldCase(c);
+  return folded;
+}
+
+}  // namespace sim
