@@ -1,0 +1,91 @@
+// Proves that every number and layout in the headers of platform/ is Windows' own.
+//
+// Behind <windows.h> the names mean Windows' values, so ours are taken down in front of it.
+#include <cstddef>
+
+#include "platform/owner_draw.h"
+#include "platform/platform.h"
+
+// clang-format off
+#define FOR_EACH_NUMBER(USE)                                                                       \
+  /* types.h */                                                                                    \
+  USE(MAX_PATH) USE(INFINITE) USE(ERROR_SUCCESS) USE(ERROR_FILE_NOT_FOUND)                         \
+  USE(ERROR_PATH_NOT_FOUND) USE(ERROR_ACCESS_DENIED) USE(ERROR_INVALID_HANDLE)                     \
+  USE(ERROR_NOT_ENOUGH_MEMORY) USE(ERROR_NO_MORE_FILES) USE(ERROR_SHARING_VIOLATION)               \
+  USE(ERROR_FILE_EXISTS) USE(ERROR_INVALID_PARAMETER) USE(ERROR_BUFFER_OVERFLOW)                   \
+  USE(ERROR_DISK_FULL) USE(ERROR_INSUFFICIENT_BUFFER) USE(ERROR_MOD_NOT_FOUND)                     \
+  USE(ERROR_NEGATIVE_SEEK) USE(ERROR_BAD_PATHNAME) USE(ERROR_INVALID_NAME)                         \
+  USE(ERROR_ALREADY_EXISTS) USE(ERROR_MORE_DATA) USE(ERROR_NO_MORE_ITEMS) USE(ERROR_DIRECTORY)     \
+  USE(ERROR_NOT_OWNER) USE(ERROR_TOO_MANY_POSTS) USE(ERROR_KEY_DELETED)                            \
+  USE(ERROR_INVALID_WINDOW_HANDLE) USE(ERROR_CLASS_ALREADY_EXISTS)                                 \
+  USE(ERROR_CANNOT_FIND_WND_CLASS) USE(ERROR_NO_SYSTEM_RESOURCES)                                  \
+  /* registry.h */                                                                                 \
+  USE(KEY_QUERY_VALUE) USE(KEY_SET_VALUE) USE(KEY_CREATE_SUB_KEY) USE(KEY_ENUMERATE_SUB_KEYS)      \
+  USE(KEY_READ) USE(KEY_ALL_ACCESS) USE(REG_NONE) USE(REG_SZ) USE(REG_EXPAND_SZ) USE(REG_BINARY)   \
+  USE(REG_DWORD) USE(REG_MULTI_SZ) USE(REG_CREATED_NEW_KEY) USE(REG_OPENED_EXISTING_KEY)           \
+  /* files.h */                                                                                    \
+  USE(GENERIC_READ) USE(GENERIC_WRITE) USE(FILE_APPEND_DATA) USE(FILE_SHARE_READ)                  \
+  USE(FILE_SHARE_WRITE) USE(FILE_SHARE_DELETE) USE(CREATE_NEW) USE(CREATE_ALWAYS)                  \
+  USE(OPEN_EXISTING) USE(OPEN_ALWAYS) USE(FILE_ATTRIBUTE_READONLY) USE(FILE_ATTRIBUTE_DIRECTORY)   \
+  USE(FILE_ATTRIBUTE_ARCHIVE) USE(FILE_ATTRIBUTE_NORMAL) USE(FILE_ATTRIBUTE_TEMPORARY)             \
+  USE(INVALID_FILE_ATTRIBUTES) USE(FILE_BEGIN) USE(FILE_CURRENT) USE(FILE_END)                     \
+  USE(INVALID_SET_FILE_POINTER) USE(INVALID_FILE_SIZE)                                             \
+  /* kernel_objects.h */                                                                           \
+  USE(SYNCHRONIZE) USE(WAIT_OBJECT_0) USE(WAIT_ABANDONED) USE(WAIT_TIMEOUT) USE(WAIT_FAILED)       \
+  /* system_info.h */                                                                              \
+  USE(VER_PLATFORM_WIN32_NT)                                                                       \
+  /* nls.h */                                                                                      \
+  USE(CP_ACP) USE(CT_CTYPE2) USE(C2_RIGHTTOLEFT)                                                   \
+  /* shell.h */                                                                                    \
+  USE(CSIDL_COMMON_APPDATA)                                                                        \
+  /* windowing.h */                                                                                \
+  USE(WM_NULL) USE(WM_CREATE) USE(WM_DESTROY) USE(WM_CLOSE) USE(WM_QUIT) USE(WM_DRAWITEM)          \
+  USE(WM_MEASUREITEM) USE(WM_NCCREATE) USE(WM_NCDESTROY) USE(WM_COMMAND) USE(WM_TIMER)             \
+  USE(WM_LBUTTONDOWN) USE(WM_LBUTTONDBLCLK) USE(WM_RBUTTONDOWN) USE(WM_USER)                       \
+  USE(CS_BYTEALIGNWINDOW) USE(WS_OVERLAPPEDWINDOW) USE(WS_MINIMIZE) USE(CW_USEDEFAULT)             \
+  USE(SW_HIDE) USE(MB_OK) USE(MB_RIGHT) USE(MB_RTLREADING) USE(IDOK) USE(IDCANCEL)                 \
+  USE(USER_TIMER_MINIMUM)
+// clang-format on
+
+// Compared as 32-bit patterns: whether a flag's type is signed differs between the two sides.
+#define TAKE_DOWN(name) constexpr auto ours_##name = static_cast<std::uint32_t>(platform::name);
+#define PROVE_EQUAL(name) static_assert(ours_##name == static_cast<std::uint32_t>(name));
+
+namespace {
+FOR_EACH_NUMBER(TAKE_DOWN)
+}  // namespace
+
+#include "platform/win32/conversion.h"
+
+#include <shlobj.h>
+
+FOR_EACH_NUMBER(PROVE_EQUAL)
+
+// A handle constant is a pointer, which no constant expression may hold: the predefined registry
+// keys and INVALID_HANDLE_VALUE are proven by the contract tests that use them.
+
+#define PROVE_SAME_PLACE(Ours, ourMember, Theirs, theirMember)                          \
+  static_assert(offsetof(platform::Ours, ourMember) == offsetof(Theirs, theirMember) && \
+                sizeof(platform::Ours::ourMember) == sizeof(Theirs{}.theirMember));
+
+static_assert(sizeof(platform::MeasureItem) == sizeof(MEASUREITEMSTRUCT));
+PROVE_SAME_PLACE(MeasureItem, controlType, MEASUREITEMSTRUCT, CtlType)
+PROVE_SAME_PLACE(MeasureItem, controlId, MEASUREITEMSTRUCT, CtlID)
+PROVE_SAME_PLACE(MeasureItem, itemId, MEASUREITEMSTRUCT, itemID)
+PROVE_SAME_PLACE(MeasureItem, width, MEASUREITEMSTRUCT, itemWidth)
+PROVE_SAME_PLACE(MeasureItem, height, MEASUREITEMSTRUCT, itemHeight)
+PROVE_SAME_PLACE(MeasureItem, itemData, MEASUREITEMSTRUCT, itemData)
+
+static_assert(sizeof(platform::DrawItem) == sizeof(DRAWITEMSTRUCT));
+PROVE_SAME_PLACE(DrawItem, controlType, DRAWITEMSTRUCT, CtlType)
+PROVE_SAME_PLACE(DrawItem, controlId, DRAWITEMSTRUCT, CtlID)
+PROVE_SAME_PLACE(DrawItem, itemId, DRAWITEMSTRUCT, itemID)
+PROVE_SAME_PLACE(DrawItem, action, DRAWITEMSTRUCT, itemAction)
+PROVE_SAME_PLACE(DrawItem, state, DRAWITEMSTRUCT, itemState)
+PROVE_SAME_PLACE(DrawItem, owner, DRAWITEMSTRUCT, hwndItem)
+PROVE_SAME_PLACE(DrawItem, deviceContext, DRAWITEMSTRUCT, hDC)
+PROVE_SAME_PLACE(DrawItem, left, DRAWITEMSTRUCT, rcItem.left)
+PROVE_SAME_PLACE(DrawItem, top, DRAWITEMSTRUCT, rcItem.top)
+PROVE_SAME_PLACE(DrawItem, right, DRAWITEMSTRUCT, rcItem.right)
+PROVE_SAME_PLACE(DrawItem, bottom, DRAWITEMSTRUCT, rcItem.bottom)
+PROVE_SAME_PLACE(DrawItem, itemData, DRAWITEMSTRUCT, itemData)

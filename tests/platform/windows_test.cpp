@@ -1,0 +1,247 @@
+// Window classes and windows.
+#include <algorithm>
+
+#include "tests/platform/windowing_fixture.h"
+
+namespace platform {
+namespace {
+
+class Windows : public WindowingContract {
+ protected:
+  // The messages of a window that say how it came and went.
+  std::vector<std::uint32_t> LifeOf(HWND window) {
+    std::vector<std::uint32_t> life;
+    for (const std::uint32_t message : Messages(window)) {
+      if (message == WM_NCCREATE || message == WM_CREATE || message == WM_CLOSE ||
+          message == WM_DESTROY || message == WM_NCDESTROY) {
+        life.push_back(message);
+      }
+    }
+    return life;
+  }
+
+  HWND GoneWindow() {
+    const HWND window = MakeWindow();
+    EXPECT_TRUE(windowing.DestroyWindow(window));
+    return window;
+  }
+};
+
+using WindowClasses = Windows;
+using Numbers = std::vector<std::uint32_t>;
+
+LRESULT DefaultProcedure(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+  return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
+}
+
+// --- Classes
+
+TEST_F(WindowClasses, AClassIsRegisteredOnce) {
+  WindowClass windowClass;
+  windowClass.style = CS_BYTEALIGNWINDOW;
+  windowClass.procedure = DefaultProcedure;
+  windowClass.instance = os.modules.GetModuleHandleW(nullptr);
+  windowClass.background = 6;  // a system colour's number plus 1
+  windowClass.className = u"PlatformTestOnce";
+  EXPECT_NE(windowing.RegisterClassW(windowClass), 0);
+  EXPECT_EQ(windowing.RegisterClassW(windowClass), 0);
+  EXPECT_EQ(LastError(), ERROR_CLASS_ALREADY_EXISTS);
+
+  windowClass.className = u"PLATFORMTESTonce";  // case makes no difference
+  EXPECT_EQ(windowing.RegisterClassW(windowClass), 0);
+  EXPECT_EQ(LastError(), ERROR_CLASS_ALREADY_EXISTS);
+}
+
+TEST_F(WindowClasses, WindowsOfTwoClassesHaveTwoProcedures) {
+  WindowClass windowClass;
+  windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam,
+                             LPARAM lParam) -> LRESULT {
+    if (message == WM_USER) return 77;
+    return DefaultProcedure(window, message, wParam, lParam);
+  };
+  windowClass.instance = os.modules.GetModuleHandleW(nullptr);
+  windowClass.className = u"PlatformTestSecond";
+  ASSERT_NE(windowing.RegisterClassW(windowClass), 0);
+  const HWND second = windowing.CreateWindowExW(0, u"PlatformTestSecond", u"", WS_OVERLAPPEDWINDOW,
+                                                windowClass.instance);
+  const HWND first = MakeWindow([](HWND, std::uint32_t message, WPARAM, LPARAM) {
+    return message == WM_USER ? std::optional<LRESULT>(11) : std::nullopt;
+  });
+  EXPECT_EQ(windowing.SendMessageW(first, WM_USER, 0, 0), 11);
+  EXPECT_EQ(windowing.SendMessageW(second, WM_USER, 0, 0), 77);
+  EXPECT_TRUE(windowing.DestroyWindow(second));
+}
+
+TEST_F(WindowClasses, AWindowNeedsAClass) {
+  EXPECT_EQ(windowing.CreateWindowExW(0, u"PlatformTestMissing", u"", WS_OVERLAPPEDWINDOW,
+                                      os.modules.GetModuleHandleW(nullptr)),
+            HWND{});
+  // Wine says 1411, that the class doesn't exist.
+  EXPECT_TRUE(HoldsExcept(OnWine(), LastError() == ERROR_CANNOT_FIND_WND_CLASS)) << LastError();
+}
+
+// --- Coming and going
+
+TEST_F(Windows, TheProcedureIsToldOfTheWindowBeforeItsHandleIsGiven) {
+  HWND told{};
+  const HWND window = MakeWindow([&](HWND w, std::uint32_t message, WPARAM, LPARAM) {
+    if (message == WM_CREATE) told = w;
+    return std::nullopt;
+  });
+  EXPECT_NE(window, HWND{});
+  EXPECT_EQ(told, window);
+  EXPECT_EQ(LifeOf(window), (Numbers{WM_NCCREATE, WM_CREATE}));
+}
+
+TEST_F(Windows, AWindowThatRefusesItsFirstMessageIsNotMade) {
+  HWND refused{};
+  EXPECT_EQ(MakeWindow([&](HWND w, std::uint32_t message, WPARAM, LPARAM) {
+              if (message != WM_NCCREATE) return std::optional<LRESULT>();
+              refused = w;
+              return std::optional<LRESULT>(0);
+            }),
+            HWND{});
+  EXPECT_NE(refused, HWND{});
+  EXPECT_FALSE(windowing.IsWindow(refused));
+}
+
+TEST_F(Windows, AWindowThatRefusesItsCreationIsDestroyed) {
+  HWND refused{};
+  EXPECT_EQ(MakeWindow([&](HWND w, std::uint32_t message, WPARAM, LPARAM) {
+              if (message != WM_CREATE) return std::optional<LRESULT>();
+              refused = w;
+              return std::optional<LRESULT>(-1);
+            }),
+            HWND{});
+  EXPECT_FALSE(windowing.IsWindow(refused));
+  EXPECT_EQ(LifeOf(refused).back(), WM_NCDESTROY);
+}
+
+TEST_F(Windows, DestroyingTellsTheProcedureTwice) {
+  const HWND window = MakeWindow();
+  EXPECT_TRUE(windowing.DestroyWindow(window));
+  EXPECT_EQ(LifeOf(window), (Numbers{WM_NCCREATE, WM_CREATE, WM_DESTROY, WM_NCDESTROY}));
+}
+
+TEST_F(Windows, AWindowIsOneUntilItsLastMessage) {
+  bool atDestroy = false;
+  const HWND window = MakeWindow([&](HWND w, std::uint32_t message, WPARAM, LPARAM) {
+    if (message == WM_DESTROY) atDestroy = windowing.IsWindow(w);
+    return std::nullopt;
+  });
+  EXPECT_TRUE(windowing.IsWindow(window));
+  EXPECT_TRUE(windowing.DestroyWindow(window));
+  EXPECT_TRUE(atDestroy);
+  EXPECT_FALSE(windowing.IsWindow(window));
+}
+
+TEST_F(Windows, WhatIsNoWindowIsNone) {
+  EXPECT_FALSE(windowing.IsWindow(HWND{}));
+  EXPECT_FALSE(windowing.IsWindow(HWND{0x7FFFFFF0}));
+}
+
+TEST_F(Windows, AWindowThatIsGoneCannotBeDestroyed) {
+  // Wine takes it for a window of another thread, and says 5.
+  EXPECT_FALSE(windowing.DestroyWindow(GoneWindow()));
+  EXPECT_TRUE(HoldsExcept(OnWine(), LastError() == ERROR_INVALID_WINDOW_HANDLE)) << LastError();
+  EXPECT_FALSE(windowing.DestroyWindow(HWND{}));
+  EXPECT_TRUE(HoldsExcept(OnWine(), LastError() == ERROR_INVALID_WINDOW_HANDLE)) << LastError();
+}
+
+TEST_F(Windows, AWindowIsDestroyedByItsOwnThreadOnly) {
+  const HWND window = MakeWindow();
+  RunInAnotherThread([&] {
+    EXPECT_FALSE(windowing.DestroyWindow(window));
+    EXPECT_EQ(LastError(), ERROR_ACCESS_DENIED);
+  });
+  EXPECT_TRUE(windowing.IsWindow(window));
+}
+
+TEST_F(Windows, AWindowGoesWithItsThread) {
+  HWND window{};
+  RunInAnotherThread([&] { window = MakeWindow(); });
+  EXPECT_NE(window, HWND{});
+  EXPECT_FALSE(windowing.IsWindow(window));
+}
+
+TEST_F(Windows, ClosingDestroysUnlessTheProcedureSaysOtherwise) {
+  const HWND window = MakeWindow();
+  EXPECT_EQ(windowing.SendMessageW(window, WM_CLOSE, 0, 0), 0);
+  EXPECT_FALSE(windowing.IsWindow(window));
+  EXPECT_EQ(LifeOf(window), (Numbers{WM_NCCREATE, WM_CREATE, WM_CLOSE, WM_DESTROY, WM_NCDESTROY}));
+
+  const HWND stubborn = MakeWindow([](HWND, std::uint32_t message, WPARAM, LPARAM) {
+    return message == WM_CLOSE ? std::optional<LRESULT>(0) : std::nullopt;
+  });
+  windowing.SendMessageW(stubborn, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(windowing.IsWindow(stubborn));
+}
+
+// --- Finding
+
+TEST_F(Windows, AWindowIsFoundByClassAndTitle) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  const HWND other = MakeWindow({}, u"PlatformTest B");
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest A"), window);
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest B"), other);
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest C"), HWND{});
+  EXPECT_EQ(windowing.FindWindowW(u"PlatformTestMissing", u"PlatformTest A"), HWND{});
+}
+
+TEST_F(Windows, WhatIsNotToldMayBeAnything) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  EXPECT_EQ(windowing.FindWindowW(kClass, nullptr), window);
+  EXPECT_EQ(windowing.FindWindowW(nullptr, u"PlatformTest A"), window);
+}
+
+TEST_F(Windows, FindingIgnoresCase) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  EXPECT_EQ(windowing.FindWindowW(u"PLATFORMtestWINDOW", u"platformTEST a"), window);
+}
+
+TEST_F(Windows, AWindowOfAnotherThreadIsFound) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  RunInAnotherThread([&] { EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest A"), window); });
+}
+
+TEST_F(Windows, AWindowThatIsGoneIsNotFound) {
+  MakeWindow({}, u"PlatformTest A");
+  windowing.DestroyWindow(windowing.FindWindowW(kClass, u"PlatformTest A"));
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest A"), HWND{});
+}
+
+// --- Showing
+
+TEST_F(Windows, ShowingTellsWhetherTheWindowWasVisible) {
+  constexpr std::int32_t kShow = 5;
+  const HWND window = MakeWindow();
+  EXPECT_FALSE(windowing.ShowWindow(window, SW_HIDE));
+  EXPECT_FALSE(windowing.ShowWindow(window, kShow));
+  EXPECT_TRUE(windowing.ShowWindow(window, kShow));
+  EXPECT_TRUE(windowing.ShowWindow(window, SW_HIDE));
+  EXPECT_FALSE(windowing.ShowWindow(window, SW_HIDE));
+}
+
+TEST_F(Windows, OnlyAWindowIsUpdated) {
+  EXPECT_TRUE(windowing.UpdateWindow(MakeWindow()));
+  // Wine doesn't tell that there is no window.
+  EXPECT_TRUE(HoldsExcept(OnWine(), !windowing.UpdateWindow(GoneWindow())));
+}
+
+// --- The system's own handling
+
+TEST_F(Windows, TheSystemAllowsAWindowAndIgnoresWhatItDoesNotKnow) {
+  const HWND window = MakeWindow();
+  EXPECT_EQ(windowing.DefWindowProcW(window, WM_USER + 5, 1, 2), 0);
+  EXPECT_EQ(windowing.DefWindowProcW(window, WM_COMMAND, 1, 2), 0);
+  EXPECT_EQ(windowing.DefWindowProcW(window, WM_TIMER, 1, 0), 0);
+}
+
+TEST_F(Windows, TheTimeOfADoubleClickIsShort) {
+  const std::uint32_t time = windowing.GetDoubleClickTime();
+  EXPECT_GE(time, 1u);
+  EXPECT_LE(time, 5000u);  // the longest that can be set
+}
+
+}  // namespace
+}  // namespace platform
