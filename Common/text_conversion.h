@@ -1,0 +1,30 @@
+// Text and the bytes that stand for it outside, and comparison of the suite's own keywords.
+//
+// Nothing here fails and no locale has a say.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vgl {
+
+// UTF-16 little-endian bytes as text, each pair a character as it is: a byte-order mark and U+0000
+// are characters like any other. An odd last byte counts with a zero byte behind it.
+std::u16string TextFromUtf16Le(std::span<const std::byte> bytes);
+
+// The text's characters as UTF-16 little-endian bytes, without byte-order mark or terminator.
+std::string Utf16LeFromText(std::u16string_view text);
+
+// For what the host itself prints and reads. Every lone surrogate, and every part of the bytes that
+// begins no well-formed UTF-8 sequence (as long as it could still have become one), gives one
+// U+FFFD.
+std::string Utf8FromText(std::u16string_view text);
+std::u16string TextFromUtf8(std::string_view bytes);
+
+// Whether the texts differ in nothing but the case of A to Z: how option names and keywords of the
+// suite are compared. Names that the user sees go through lstrcmpiW.
+bool EqualsIgnoringAsciiCase(std::u16string_view left, std::u16string_view right);
+
+}  // namespace vgl
