@@ -1,0 +1,143 @@
+// CMainFrame, the agent: one object holds the printer's identity, the window, the tray icon, the menu,
+// the timers and the handles of everything else.
+//
+// It is made before its window and outlives it. The window procedure takes it from g_pMainFrame and
+// from nowhere else. Everything here runs on the one thread that made it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "Common/fixed_text.h"
+#include "app/agent_messages.h"
+#include "menu/ex_menu.h"
+#include "menu/smart_invitation.h"
+#include "menu/uty_call.h"
+#include "platform/owner_draw.h"
+#include "platform/platform.h"
+#include "platform/process_wide.h"
+
+namespace vgl {
+
+class CMainFrame {
+ public:
+  // What StartUp gives.
+  static constexpr std::int32_t kRun = 1;
+  static constexpr std::int32_t kEndQuietly = 0;
+  static constexpr std::int32_t kEndAndDropAutoStart = -1;
+  static constexpr std::int32_t kEndMasked = -2;
+
+  CMainFrame();
+
+  // The orderly end: stops the timers and gives back what StartUp took, also after a StartUp that went
+  // only part of the way. Always 0. The window itself goes by the system's default or with the process.
+  virtual std::int32_t DestroyWindow();
+  virtual ~CMainFrame();
+  CMainFrame(const CMainFrame&) = delete;
+  CMainFrame& operator=(const CMainFrame&) = delete;
+
+  // Decides whether this process is to run, and sets everything up if so; identity, flags and window
+  // must be in place. One of the four results above.
+  std::int32_t StartUp();
+
+  // 1 this process is the printer's agent, 0 there is one already, which was told.
+  std::int32_t DuplicationChk();
+
+  // Writes "TrayIconEnable" as 0 into the printer's record. 1 when that was done, 0 when there is no
+  // record or it can't be written.
+  std::int32_t DisableIconReg();
+
+  // A message box with this owner, by the reading order of its texts.
+  std::int32_t MessageBoxRtl(platform::HWND owner, const char16_t* text, const char16_t* caption);
+
+  // What a message has the agent do; DefWindowProcW follows in any case.
+  void OnMessage(std::uint32_t message, platform::WPARAM wParam, platform::LPARAM lParam);
+
+  // Whether no utility runs, as CUtyCall::CheckUtyCall tells it.
+  std::int32_t CheckUtyCall(std::int32_t bWait) { return m_cUtyCall.CheckUtyCall(bWait); }
+
+  // 1 the printer is there, or a utility runs and nothing can be said; 0 it is gone and what would
+  // bring the agent back has been removed.
+  std::int32_t ChkDelPrn();
+
+  // The printer's name, or the port's where no printer name is known.
+  const FixedText<260>& PrinterOrPort() const;
+
+  std::unique_ptr<ExMenuItem[]> m_pExMenu;
+  std::int32_t m_nExMenuMax = 0;  // 79, or 0 when the slots couldn't be made
+
+  FixedText<260> m_szPortName, m_szModelID, m_szPrinterName, m_szDriverName;
+  FixedText<260> m_szRegKey;  // the printer's record, below HKEY_CURRENT_USER
+  std::u16string m_csVifName;
+  std::u16string m_csNetPilotString;  // file name of NetPilot; empty: there is none
+
+  platform::HWND m_hWnd{};
+  platform::HMENU m_hMenu{};
+  platform::HANDLE m_hMapFile{};  // the instance map's section
+
+  // English texts for the messages that must work without a resource library.
+  FixedText<260> m_szAppTitle, m_szMsgStatus, m_szMsgPrefs, m_szMsgMemory, m_szMsgNoFile;
+  std::u16string m_csMsgCaption, m_csMsgBusy;  // strings 1100 and 35277 of the resource library
+
+  std::int32_t m_fRemove = 0;
+  std::int32_t m_fIconInstall = 0;
+
+  platform::HICON m_hIcon[3] = {};
+  std::uint32_t m_nIconSelected = 0;  // index into m_hIcon; value "TrayIconSelected"
+  platform::NotifyIconData m_nid;     // its window tells whether the icon stands
+
+  platform::HMODULE hResDll{};
+  platform::HMODULE hBmpDll{};  // hResDll unless m_fBmpDllOwn
+  std::int32_t m_fBmpDllOwn = 0;
+  FixedText<260> m_szResDll, m_szBmpDll;
+
+  std::unique_ptr<CSmartInvitation> m_pcInv;
+  CUtyCall m_cUtyCall;
+  std::int32_t m_bRtlReading = 0;
+  FixedText<260> m_szDatPath;  // the model's profile file
+
+  // Timers: the id while armed, else 0.
+  std::uint64_t m_uhPrinterCheck = 0, m_uhMaskCheck = 0, m_uhNetPilot = 0, m_uhFlushLog = 0,
+                m_uhInvitationMonitor = 0, m_uhClick = 0;
+  std::uint32_t m_uEndTime = 0;           // period of TMID_PRINTERCHECK in ms, 0: none
+  std::uint32_t m_uInvitationPeriod = 0;  // of TMID_INVITATION after its first run, in ms
+
+ private:
+  bool FillFixedTexts();
+  void ArmTimersOfStartUp();
+  std::uint64_t ArmTimer(std::uint64_t id, std::uint32_t milliseconds);
+  void StopTimer(std::uint64_t id, std::uint64_t& field);
+
+  void OnDestroy();
+  void OnCommand(std::uint32_t id);
+  void OnAux(std::uint32_t id);
+  bool IsExMenuSlot(std::uint32_t id) const;
+  void OnMeasureItem(platform::MeasureItem& item);
+  void OnDrawItem(const platform::DrawItem& item);
+  void OnKickInvitationEvents();
+  void OnCheckNetPilot();
+  void FlushUsageLog();
+
+  void OnTimer(std::uint64_t id);
+  void OnNetPilotTimer();
+  void OnInvitationTimer();
+  void OnClickTimer();
+  void OnMaskCheckTimer();
+  void OnPrinterCheckTimer();
+
+  void OnTrayNotify(std::uint32_t mouseMessage);
+  void OnIconUpdate();
+  void OpenStatusWindow();
+  void OpenPreferencesWindow();
+};
+
+extern platform::ProcessWideValue<CMainFrame*> g_pMainFrame;
+// The module that strings load from.
+extern platform::ProcessWideValue<platform::HMODULE> g_hResDll;
+
+// The window procedure of class kTrayWindowClass.
+platform::LRESULT TrayWindowProc(platform::HWND window, std::uint32_t message,
+                                 platform::WPARAM wParam, platform::LPARAM lParam);
+
+}  // namespace vgl

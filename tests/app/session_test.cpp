@@ -1,0 +1,89 @@
+// Whole sessions: the same seed twice, and a session with every platform call failing once.
+#include <gtest/gtest.h>
+
+#include "app/agent_messages.h"
+#include "tests/support/sim_desk.h"
+
+namespace vgl {
+namespace {
+
+using namespace platform;
+
+// Two agents for one printer and a third for another come and go; everything that happened.
+std::vector<sim::Event> TraceOf(std::uint64_t seed) {
+  SimDesk desk(seed);
+  desk.WriteParamFile(u"K_Q0001.tmp", desk::OptionsOfDefaultPrinter());
+  const SimAgent first = desk.StartAgent(u"/FU \"K_Q0001.tmp\"");
+  const SimAgent second = desk.StartAgent();
+  const SimAgent third = desk.StartAgent(u"/P \"Other\" /D \"d\" /O \"o\" /M \"m\"");
+  desk.RunFor(7000);
+  for (const SimAgent& agent : {first, second, third}) agent.Close();
+  return desk.machine.trace();
+}
+
+TEST(Session, TheSameSeedGivesTheSameTrace) {
+  for (const std::uint64_t seed : {0U, 1U, 2U, 77U}) EXPECT_EQ(TraceOf(seed), TraceOf(seed));
+}
+
+TEST(Session, AnotherSeedGivesAnotherTrace) { EXPECT_NE(TraceOf(1), TraceOf(2)); }
+
+struct FaultRun {
+  bool ended = false;
+  std::uint64_t calls = 0;
+  std::string failed;  // the operation that failed; empty when the call of that number can't fail
+  std::vector<std::u16string> ledger;
+  bool paramFileStands = false;
+};
+
+// A start from a parameter file, a mask check, WM_CLOSE; the `number`th platform call fails.
+FaultRun SessionWithFault(std::uint64_t number) {
+  SimDesk desk;
+  const std::u16string file = desk.WriteParamFile(u"K_Q0001.tmp", desk::OptionsOfDefaultPrinter());
+  desk.machine.desktop().AnswerBoxesAtOnce();
+  sim::Process& process = desk::StartAgent(desk.machine, u"/FU \"K_Q0001.tmp\"");
+  process.FailCall(number);
+  const SimAgent agent(desk.machine, process);
+  desk.RunFor(4000);
+  FaultRun run;
+  if (agent.Window() != nullptr) agent.Close();
+  // Without a window nobody can close the agent; it stays until the user logs off.
+  if (!agent.HasEnded()) desk.machine.EndProcess(process, 0);
+  run.ended = agent.HasEnded();
+  run.calls = process.calls();
+  run.failed = process.failedOperation();
+  run.ledger = process.Ledger();
+  run.paramFileStands = desk.machine.files().Exists(file);
+  return run;
+}
+
+TEST(FaultLoop, StartUpAndShutDownSurviveTheFailureOfEveryCall) {
+  const std::uint64_t calls = SessionWithFault(0).calls;
+  ASSERT_GT(calls, 50U);
+  std::uint64_t failures = 0;
+  for (std::uint64_t number = 1; number <= calls; ++number) {
+    const FaultRun run = SessionWithFault(number);
+    SCOPED_TRACE("call " + std::to_string(number) + ", " + run.failed);
+    EXPECT_TRUE(run.ended);
+    if (!run.failed.empty()) ++failures;
+    // Where no message can be had, the loop ends, and the window, if it stands, goes with the process.
+    const bool windowStays = run.failed == "GetMessageW" && !run.ledger.empty();
+    EXPECT_EQ(run.ledger, windowStays ? std::vector<std::u16string>{u"window TrayIconWClass"}
+                                      : std::vector<std::u16string>{});
+  }
+  EXPECT_GT(failures, 30U);
+}
+
+TEST(FaultLoop, AParameterFileThatCouldBeReadIsGoneUnlessItsRemovalFailed) {
+  const std::uint64_t calls = SessionWithFault(0).calls;
+  for (std::uint64_t number = 1; number <= calls; ++number) {
+    const FaultRun run = SessionWithFault(number);
+    const bool removalFailed = run.failed == "DeleteFileW" || run.failed == "FindFirstFileW";
+    const bool neverOpened = run.failed == "CreateFileW" || run.failed == "GetTempPathW";
+    if (!removalFailed && !neverOpened) {
+      EXPECT_FALSE(run.paramFileStands) << "call " << number << ", " << run.failed;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vgl

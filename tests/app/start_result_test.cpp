@@ -1,0 +1,124 @@
+// What each result of the frame's start-up leads to, and the Run values that start an agent again.
+#include <gtest/gtest.h>
+
+#include "app/tray_app.h"
+#include "tests/support/frame_fixture.h"
+
+namespace vgl {
+namespace {
+
+using namespace platform;
+
+constexpr char16_t kRun[] = u"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr HKEY kUser = HKEY_CURRENT_USER;
+
+class StartResult : public FrameTest {
+ protected:
+  CTrayIconApp app;
+  CCmdLineInfo cmdInfo;
+
+  StartResult() { cmdInfo.m_szPrinterName = desk::kPrinterName; }
+  void SetRunValue(std::u16string_view name, std::u16string_view text) {
+    machine.registry().SetString(kUser, kRun, name, text);
+  }
+  std::vector<std::u16string> RunValues() { return machine.registry().ValueNames(kUser, kRun); }
+};
+
+TEST_F(StartResult, OneHidesTheWindowAndRuns) {
+  EXPECT_TRUE(app.ActOnStartUp(1, cmdInfo));
+  EXPECT_FALSE(machine.desktop().Find(frame->m_hWnd)->visible);
+  EXPECT_FALSE(HasLogged("CMainFrame::DestroyWindow"));
+}
+
+TEST_F(StartResult, ZeroEndsByTheFramesOrderlyEndAndKeepsTheAutoStart) {
+  SetRunValue(desk::kPrinterName, u"agent");
+  EXPECT_FALSE(app.ActOnStartUp(0, cmdInfo));
+  EXPECT_TRUE(HasLogged("CMainFrame::DestroyWindow"));
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{desk::kPrinterName});
+  EXPECT_EQ(machine.registry().Dword(kUser, desk::kRecordPath, u"TrayIconEnable"), 1U);
+}
+
+TEST_F(StartResult, MinusTwoEndsWithoutTouchingTheAutoStart) {
+  SetRunValue(desk::kPrinterName, u"agent");
+  EXPECT_FALSE(app.ActOnStartUp(-2, cmdInfo));
+  EXPECT_TRUE(HasLogged("CMainFrame::DestroyWindow"));
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{desk::kPrinterName});
+}
+
+TEST_F(StartResult, MinusOneDropsTheAutoStartTheParameterFileAndTheIcon) {
+  SetRunValue(desk::kPrinterName, u"agent");
+  const std::u16string file = machine.system().tempFolder + u"K_Q0001.tmp";
+  machine.files().WriteFile(file, "x");
+  cmdInfo.m_szFileName = u"K_Q0001.tmp";
+  EXPECT_FALSE(app.ActOnStartUp(-1, cmdInfo));
+  EXPECT_TRUE(HasLogged("CTrayIconApp::DeleteStartupReg"));
+  EXPECT_TRUE(RunValues().empty());
+  EXPECT_FALSE(machine.files().Exists(file));
+  EXPECT_EQ(machine.registry().Dword(kUser, desk::kRecordPath, u"TrayIconEnable"), 0U);
+  EXPECT_TRUE(HasLogged("CMainFrame::DestroyWindow"));
+}
+
+TEST_F(StartResult, RunValueNamedAfterThePrinterGoes) {
+  SetRunValue(u"studio 7200", u"agent");
+  SetRunValue(u"Other", u"other");
+  app.DeleteStartupReg(desk::kPrinterName, u"");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{u"Other"});
+}
+
+TEST_F(StartResult, RunValueNamedAfterThePrintersRecordGoes) {
+  SetRunValue(u"KVLTarget\\P0000000000000000", u"agent");
+  SetRunValue(u"KVLTarget\\P0000000000000001", u"of another printer");
+  app.DeleteStartupReg(desk::kPrinterName, u"");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{u"KVLTarget\\P0000000000000001"});
+}
+
+TEST_F(StartResult, WithoutARecordNothingIsDeletedUnderADerivedName) {
+  machine.registry().RemoveKey(kUser, desk::kRecordPath);
+  // An empty value name would stand for the key's default value.
+  SetRunValue(u"", u"default");
+  app.DeleteStartupReg(desk::kPrinterName, u"");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{u""});
+}
+
+TEST_F(StartResult, WithoutAPrinterNameTheFirstRunValueThatHoldsTheFileNameGoes) {
+  SetRunValue(u"a", u"x.exe /FU \"K_Q0002.tmp\"");
+  SetRunValue(u"b", u"x.exe /FU \"K_Q0001.tmp\"");
+  SetRunValue(u"c", u"x.exe /FU \"K_Q0001.tmp\"");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues(), (std::vector<std::u16string>{u"a", u"c"}));
+}
+
+TEST_F(StartResult, TheSearchForTheFileNameEndsAtAValueWithEmptyData) {
+  SetRunValue(u"a", u"");
+  SetRunValue(u"b", u"x.exe /FU \"K_Q0001.tmp\"");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues(), (std::vector<std::u16string>{u"a", u"b"}));
+}
+
+TEST_F(StartResult, WithoutPrinterAndFileNameNothingIsDeleted) {
+  SetRunValue(u"a", u"x.exe");
+  app.DeleteStartupReg(u"", u"");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{u"a"});
+}
+
+TEST_F(StartResult, ARunValueOfThirtyThousandCharactersIsSearchedToItsEnd) {
+  SetRunValue(u"a", std::u16string(30000, u'x') + u"K_Q0001.tmp");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_TRUE(RunValues().empty());
+}
+
+TEST_F(StartResult, ARunValueWithoutTerminatorAndOfOddLengthIsSearched) {
+  machine.registry().SetBytes(kUser, kRun, u"a", REG_SZ, std::string("K\0_\0Q\0 ", 7));
+  app.DeleteStartupReg(u"", u"K_Q");
+  EXPECT_TRUE(RunValues().empty());
+}
+
+TEST_F(StartResult, ARunKeyThatCantBeWrittenIsLeftAlone) {
+  SetRunValue(desk::kPrinterName, u"agent");
+  machine.registry().Deny(kUser, kRun, false);
+  app.DeleteStartupReg(desk::kPrinterName, u"");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{desk::kPrinterName});
+}
+
+}  // namespace
+}  // namespace vgl
