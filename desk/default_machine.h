@@ -1,0 +1,34 @@
+// The machine that vgldesk and the session tests start from: the suite is installed, with one printer.
+#pragma once
+
+#include <string>
+
+#include "platform/sim/machine.h"
+
+namespace desk {
+
+inline constexpr char16_t kAgentPath[] = u"C:\\Program Files\\KAVRO\\VGL3\\K_QD21TR.EXE";
+inline constexpr char16_t kLogFolder[] = u"C:\\ProgramData\\KAVRO\\VGL3";
+inline constexpr char16_t kTrayLogFile[] = u"C:\\ProgramData\\KAVRO\\VGL3\\K_QD41TR.LOG";
+
+inline constexpr char16_t kPrinterName[] = u"Studio 7200";
+inline constexpr char16_t kDriverName[] = u"KAVRO Studio 7200";
+inline constexpr char16_t kPortName[] = u"USB001";
+inline constexpr char16_t kModelId[] = u"S7200";
+// The printer's record, below HKEY_CURRENT_USER.
+inline constexpr char16_t kRecordPath[] =
+    u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000000";
+
+// Installs the suite and the printer on a new machine, and teaches the trace the agent's names.
+void SetUpDefaultMachine(sim::Machine& machine);
+
+// Switches the tray log of agents on that start from now on.
+void EnableTrayLog(sim::Machine& machine);
+
+// Starts an agent; it runs when the machine does.
+sim::Process& StartAgent(sim::Machine& machine, std::u16string commandLine);
+
+// The options that name the default printer: /P, /D, /O and /M.
+std::u16string OptionsOfDefaultPrinter();
+
+}  // namespace desk

@@ -1,0 +1,147 @@
+#include "desk/player.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+#include <vector>
+
+#include "Common/text_conversion.h"
+#include "app/agent_messages.h"
+#include "desk/default_machine.h"
+
+namespace desk {
+
+namespace {
+
+class Player {
+ public:
+  Player(const PlayOptions& options, std::ostream& out, std::ostream& err)
+      : m_options(options), m_out(out), m_err(err), m_machine(options.seed) {
+    SetUpDefaultMachine(m_machine);
+    if (options.showTrayLog) {
+      EnableTrayLog(m_machine);
+      m_machine.files().OnAppend(
+          [this](std::uint32_t processId, const std::u16string& path, std::string_view bytes) {
+            if (path == kTrayLogFile) ShowLogLines(processId, bytes);
+          });
+    }
+    m_machine.Observe([this](const sim::Event& event) { ShowEvent(event); });
+  }
+
+  int Play(const Script& script) {
+    for (const Command& command : script.commands)
+      if (!Do(command)) return kSessionFailed;
+    return Finish();
+  }
+
+ private:
+  void Line(std::uint32_t processId, const std::string& text) {
+    m_out << std::setw(9) << m_machine.now() / 1000 << '.' << std::setfill('0') << std::setw(3)
+          << m_machine.now() % 1000 << std::setfill(' ') << "  " << std::left << std::setw(8)
+          << NameOf(processId) << std::right << "  " << text << '\n';
+  }
+
+  std::string NameOf(std::uint32_t processId) const {
+    for (std::size_t i = 0; i < m_agents.size(); ++i)
+      if (m_agents[i]->id() == processId) return "agent " + std::to_string(i + 1);
+    return "script";
+  }
+
+  void ShowEvent(const sim::Event& event) {
+    // With the log shown, its lines stand for the writing of them.
+    if (m_options.showTrayLog && event.text.ends_with(kTrayLogFile)) return;
+    Line(event.processId, vgl::Utf8FromText(event.text));
+  }
+
+  void ShowLogLines(std::uint32_t processId, std::string_view bytes) {
+    std::string text(bytes);
+    std::erase(text, '\r');
+    for (std::size_t start = 0; start < text.size();) {
+      const std::size_t end = std::min(text.find('\n', start), text.size());
+      Line(processId, "log| " + text.substr(start, end - start));
+      start = end + 1;
+    }
+  }
+
+  sim::Process& AgentOf(const Command& command) {
+    return *(command.agent == 0 ? m_agents.back()
+                                : m_agents[static_cast<std::size_t>(command.agent) - 1]);
+  }
+
+  bool Fail(const Command& command, const std::string& what) {
+    m_err << "vgldesk: line " << command.line << ": " << what << '\n';
+    return false;
+  }
+
+  bool Do(const Command& command) {
+    switch (command.kind) {
+      case Command::Kind::Param:
+        m_machine.files().WriteUtf16(
+            m_machine.system().tempFolder + vgl::TextFromUtf8(command.text),
+            vgl::TextFromUtf8(command.content));
+        Line(0, "wrote parameter file " + command.text);
+        return true;
+      case Command::Kind::Start:
+        m_agents.push_back(&StartAgent(m_machine, vgl::TextFromUtf8(command.text)));
+        m_machine.Settle();
+        return true;
+      case Command::Kind::Wait:
+        m_machine.RunFor(command.milliseconds);
+        return true;
+      case Command::Kind::Post:
+        return Post(command);
+      case Command::Kind::Kill:
+        Line(0, "kills " + NameOf(AgentOf(command).id()));
+        m_machine.EndProcess(AgentOf(command));
+        return true;
+      case Command::Kind::AwaitEnd:
+        if (m_machine.RunUntilEnded(AgentOf(command), command.milliseconds)) return true;
+        return Fail(command, NameOf(AgentOf(command).id()) + " still runs");
+    }
+    return false;
+  }
+
+  bool Post(const Command& command) {
+    sim::Window* window = m_machine.desktop().FindOf(AgentOf(command), vgl::kTrayWindowClass);
+    if (window == nullptr) return Fail(command, NameOf(AgentOf(command).id()) + " has no window");
+    Line(0, "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) + " to " +
+                NameOf(AgentOf(command).id()));
+    m_machine.desktop().Post(window->handle, command.message, command.wParam, command.lParam);
+    m_machine.Settle();
+    return true;
+  }
+
+  int Finish() {
+    if (m_agents.empty()) return 0;
+    bool allEnded = true;
+    for (sim::Process* agent : m_agents) {
+      if (agent->ended()) continue;
+      m_err << "vgldesk: " << NameOf(agent->id()) << " still runs at the end of the script\n";
+      allEnded = false;
+    }
+    ShowParamFiles();
+    return allEnded ? static_cast<int>(m_agents.front()->exitCode()) : kSessionFailed;
+  }
+
+  void ShowParamFiles() {
+    std::string names;
+    for (const std::u16string& path : m_machine.files().List())
+      if (path.starts_with(m_machine.system().tempFolder))
+        names += " " + vgl::Utf8FromText(path.substr(m_machine.system().tempFolder.size()));
+    Line(0, "in the temp folder:" + (names.empty() ? " nothing" : names));
+  }
+
+  const PlayOptions& m_options;
+  std::ostream& m_out;
+  std::ostream& m_err;
+  std::vector<sim::Process*> m_agents;
+  sim::Machine m_machine;
+};
+
+}  // namespace
+
+int Play(const Script& script, const PlayOptions& options, std::ostream& out, std::ostream& err) {
+  return Player(options, out, err).Play(script);
+}
+
+}  // namespace desk

@@ -1,0 +1,25 @@
+// Plays a session script on a simulated machine and tells what happened, a line an event.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+#include "desk/script.h"
+
+namespace desk {
+
+struct PlayOptions {
+  std::uint64_t seed = 0;    // as of sim::Machine
+  bool showTrayLog = false;  // switches the tray log on and shows its lines as they are written
+};
+
+// Exit code of a session that couldn't be played to its end.
+inline constexpr int kSessionFailed = 1;
+
+// Plays `script` and writes events to `out`, mistakes to `err`; the last line tells what stands in the
+// temp folder then. The exit code of agent 1, or
+// kSessionFailed when an agent didn't end as the script has it, or still ran at the end.
+int Play(const Script& script, const PlayOptions& options, std::ostream& out, std::ostream& err);
+
+}  // namespace desk

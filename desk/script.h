@@ -1,0 +1,56 @@
+// Session scripts: what happens to agents on a machine, step by step. The same script is played on the
+// simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
+//
+// A script is UTF-8 text of lines; a # at a line's start makes it a comment. Commands:
+//
+//   param NAME                  writes the lines up to "end" as parameter file NAME in the temp folder
+//   start [COMMAND LINE]        starts an agent; the first one is agent 1, the next agent 2, ...
+//   wait MILLISECONDS           lets that much time pass
+//   post [@AGENT] MESSAGE [WPARAM [LPARAM]]
+//                               posts a message to an agent's window; names (WM_CLOSE,
+//                               WM_VGL3_UPDATE_ICON, TMID_FLUSHLOG, ...) or numbers
+//   kill [@AGENT]               ends an agent's process by force
+//   await-end [@AGENT] MILLISECONDS
+//                               waits for an agent to end; a script fails here when it doesn't
+//
+// Without @AGENT the agent that was started last is meant.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace desk {
+
+struct Command {
+  enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd };
+
+  Kind kind;
+  int line = 0;         // of the script, from 1
+  std::string text;     // Param: name of the file; Start: command line (UTF-8)
+  std::string content;  // Param: the file's text (UTF-8), each line ended by a line feed
+  int agent = 0;        // 0: the one that was started last
+  std::uint64_t milliseconds = 0;
+  std::uint32_t message = 0;
+  std::uint64_t wParam = 0;
+  std::int64_t lParam = 0;
+};
+
+struct Script {
+  std::vector<Command> commands;
+  std::string error;  // empty, or "line 3: ..." telling the mistake and what would be right
+};
+
+// Reads a whole script. On a mistake `error` is set and `commands` holds what stands in front of it.
+Script ParseScript(std::string_view text);
+
+// The names that scripts may use for numbers, for messages and timers alike.
+struct NamedNumber {
+  const char* name;
+  std::uint32_t number;
+};
+const std::vector<NamedNumber>& KnownMessages();
+const std::vector<NamedNumber>& KnownTimers();
+
+}  // namespace desk

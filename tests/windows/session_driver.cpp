@@ -1,0 +1,221 @@
+// Plays a session script on the built .EXE: starts it, posts to its window, waits for its end. Its exit
+// code is that of the first agent, or 1 when the session couldn't be played to its end.
+//
+//   session_driver --agent PATH [--log] SCRIPT
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "app/agent_messages.h"
+#include "desk/script.h"
+
+// Behind the headers whose constants its macros rename.
+#include <windows.h>
+
+namespace {
+
+std::wstring Wide(const std::string& utf8) {
+  const int size = static_cast<int>(utf8.size());
+  std::wstring text(
+      static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0)),
+      L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, text.data(), static_cast<int>(text.size()));
+  return text;
+}
+
+const wchar_t* Native(const char16_t* text) { return reinterpret_cast<const wchar_t*>(text); }
+
+// Flushed at once, so that what happened last stands there even when the driver is killed.
+void Say(const std::string& text) {
+  std::printf("%s\n", text.c_str());
+  std::fflush(stdout);
+}
+
+bool WriteWholeFile(const std::wstring& path, const void* data, std::size_t bytes) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  DWORD written = 0;
+  const bool done = WriteFile(file, data, static_cast<DWORD>(bytes), &written, nullptr) != 0;
+  CloseHandle(file);
+  return done && written == bytes;
+}
+
+std::wstring TempFolder() {
+  wchar_t path[MAX_PATH + 1] = {};
+  GetTempPathW(MAX_PATH + 1, path);
+  return path;
+}
+
+struct WindowSearch {
+  DWORD processId;
+  HWND found;
+};
+
+BOOL CALLBACK TakeTrayWindow(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<WindowSearch*>(parameter);
+  DWORD processId = 0;
+  GetWindowThreadProcessId(window, &processId);
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  if (processId != search.processId || std::wstring(name) != Native(vgl::kTrayWindowClass))
+    return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+class Driver {
+ public:
+  explicit Driver(std::wstring agentPath) : m_agentPath(std::move(agentPath)) {}
+
+  ~Driver() {
+    for (const PROCESS_INFORMATION& agent : m_agents) {
+      TerminateProcess(agent.hProcess, 1);
+      CloseHandle(agent.hThread);
+      CloseHandle(agent.hProcess);
+    }
+  }
+
+  bool Play(const desk::Script& script) {
+    for (const desk::Command& command : script.commands)
+      if (!Do(command)) return false;
+    return AllEnded();
+  }
+
+  int ExitCodeOfFirst() const {
+    DWORD code = 0;
+    if (!m_agents.empty()) GetExitCodeProcess(m_agents.front().hProcess, &code);
+    return static_cast<int>(code);
+  }
+
+ private:
+  const PROCESS_INFORMATION& AgentOf(const desk::Command& command) const {
+    return command.agent == 0 ? m_agents.back()
+                              : m_agents[static_cast<std::size_t>(command.agent) - 1];
+  }
+
+  bool Fail(const desk::Command& command, const std::string& what) {
+    Say("session_driver: line " + std::to_string(command.line) + ": " + what);
+    return false;
+  }
+
+  bool Do(const desk::Command& command) {
+    switch (command.kind) {
+      case desk::Command::Kind::Param: {
+        const std::wstring text = Wide(command.content);
+        if (WriteWholeFile(TempFolder() + Wide(command.text), text.data(),
+                           text.size() * sizeof(wchar_t)))
+          return true;
+        return Fail(command, command.text + " can't be written");
+      }
+      case desk::Command::Kind::Start:
+        return Start(command);
+      case desk::Command::Kind::Wait:
+        Sleep(static_cast<DWORD>(command.milliseconds));
+        return true;
+      case desk::Command::Kind::Post:
+        return Post(command);
+      case desk::Command::Kind::Kill:
+        TerminateProcess(AgentOf(command).hProcess, 1);
+        WaitForSingleObject(AgentOf(command).hProcess, INFINITE);
+        return true;
+      case desk::Command::Kind::AwaitEnd:
+        if (WaitForSingleObject(AgentOf(command).hProcess,
+                                static_cast<DWORD>(command.milliseconds)) == WAIT_OBJECT_0)
+          return true;
+        return Fail(command, "the agent still runs");
+    }
+    return false;
+  }
+
+  bool Start(const desk::Command& command) {
+    std::wstring line = L"\"" + m_agentPath + L"\" " + Wide(command.text);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION agent = {};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &agent))
+      return Fail(command, "the agent can't be started, error " + std::to_string(GetLastError()));
+    m_agents.push_back(agent);
+    Say("started agent " + std::to_string(m_agents.size()));
+    return true;
+  }
+
+  bool Post(const desk::Command& command) {
+    WindowSearch search = {AgentOf(command).dwProcessId, nullptr};
+    EnumWindows(TakeTrayWindow, reinterpret_cast<LPARAM>(&search));
+    if (search.found == nullptr) return Fail(command, "the agent has no window");
+    Say("posted message " + std::to_string(command.message));
+    return PostMessageW(search.found, command.message, command.wParam, command.lParam) != 0;
+  }
+
+  bool AllEnded() const {
+    for (const PROCESS_INFORMATION& agent : m_agents) {
+      if (WaitForSingleObject(agent.hProcess, 0) == WAIT_OBJECT_0) continue;
+      Say("session_driver: an agent still runs at the end of the script");
+      return false;
+    }
+    return true;
+  }
+
+  std::wstring m_agentPath;
+  std::vector<PROCESS_INFORMATION> m_agents;
+};
+
+bool EnableTrayLog() {
+  HKEY key = nullptr;
+  if (RegCreateKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\KAVRO\\VGL3", 0, nullptr, 0, KEY_ALL_ACCESS,
+                      nullptr, &key, nullptr) != ERROR_SUCCESS)
+    return false;
+  const DWORD on = 1;
+  const LSTATUS status = RegSetValueExW(key, L"K_QTR", 0, REG_DWORD,
+                                        reinterpret_cast<const BYTE*>(&on), sizeof on);
+  RegCloseKey(key);
+  return status == ERROR_SUCCESS;
+}
+
+int Usage() {
+  Say("usage: session_driver --agent PATH [--log] SCRIPT");
+  return 2;
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** words) {
+  std::wstring agentPath;
+  std::wstring scriptPath;
+  bool log = false;
+  for (int i = 1; i < count; ++i) {
+    const std::wstring word = words[i];
+    if (word == L"--agent" && i + 1 < count) {
+      agentPath = words[++i];
+    } else if (word == L"--log") {
+      log = true;
+    } else if (scriptPath.empty()) {
+      scriptPath = word;
+    } else {
+      return Usage();
+    }
+  }
+  if (agentPath.empty() || scriptPath.empty()) return Usage();
+
+  std::ifstream file(scriptPath.c_str(), std::ios::binary);
+  if (!file) {
+    Say("session_driver: the script can't be read");
+    return 2;
+  }
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const desk::Script script = desk::ParseScript(text);
+  if (!script.error.empty()) {
+    Say("session_driver: " + script.error);
+    return 2;
+  }
+  if (log && !EnableTrayLog()) {
+    Say("session_driver: the tray log can't be switched on");
+    return 1;
+  }
+  Driver driver(agentPath);
+  return driver.Play(script) ? driver.ExitCodeOfFirst() : 1;
+}
