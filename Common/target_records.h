@@ -1,5 +1,5 @@
-// The monitored-printer records: numbered keys below HKEY_CURRENT_USER, one for each printer that the
-// suite watches for the user.
+// The monitored-printer records: numbered keys below HKEY_CURRENT_USER, one for each printer that
+// the suite watches for the user.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace vgl {
 
-// The data branch, and the two branches of records below it: of printers known by their name, and of
-// devices known only by a port.
+// The data branch, and the two branches of records below it: of printers known by their name, and
+// of devices known only by a port.
 inline constexpr char16_t kDataBranch[] = u"Software\\KAVRO\\VGL3\\VGLData";
 inline constexpr char16_t kPrinterBranch[] = u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget";
 inline constexpr char16_t kPortBranch[] = u"Software\\KAVRO\\VGL3\\VGLData\\KVNTarget";

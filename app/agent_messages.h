@@ -1,5 +1,5 @@
-// The agent's window, as other programs of the suite meet it. These numbers and texts are fixed by the
-// suite: its programs post the messages to the window that the instance map names.
+// The agent's window, as other programs of the suite meet it. These numbers and texts are fixed by
+// the suite: its programs post the messages to the window that the instance map names.
 #pragma once
 
 #include "platform/windowing.h"

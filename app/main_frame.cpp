@@ -28,7 +28,7 @@ bool RunsOnServer() {
 
 }  // namespace
 
-CMainFrame::CMainFrame() : m_pExMenu(new(std::nothrow) ExMenuItem[kExMenuSlots]) {
+CMainFrame::CMainFrame() : m_pExMenu(new (std::nothrow) ExMenuItem[kExMenuSlots]) {
   m_nExMenuMax = m_pExMenu == nullptr ? 0 : kExMenuSlots;
 }
 
@@ -92,7 +92,8 @@ std::int32_t CMainFrame::DestroyWindow() {
   StopTimer(TMID_PRINTERCHECK, m_uhPrinterCheck);
   m_uInvitationPeriod = 0;
   StopTimer(TMID_INVITATION, m_uhInvitationMonitor);
-  // Every end asks whether the printer still exists, also that of a process that was never its agent.
+  // Every end asks whether the printer still exists, also that of a process that was never its
+  // agent.
   ChkDelPrn();
   StopTimer(TMID_FLUSHLOG, m_uhFlushLog);
   return 0;

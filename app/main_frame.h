@@ -1,5 +1,5 @@
-// CMainFrame, the agent: one object holds the printer's identity, the window, the tray icon, the menu,
-// the timers and the handles of everything else.
+// CMainFrame, the agent: one object holds the printer's identity, the window, the tray icon, the
+// menu, the timers and the handles of everything else.
 //
 // It is made before its window and outlives it. The window procedure takes it from g_pMainFrame and
 // from nowhere else. Everything here runs on the one thread that made it.
@@ -30,22 +30,23 @@ class CMainFrame {
 
   CMainFrame();
 
-  // The orderly end: stops the timers and gives back what StartUp took, also after a StartUp that went
-  // only part of the way. Always 0. The window itself goes by the system's default or with the process.
+  // The orderly end: stops the timers and gives back what StartUp took, also after a StartUp that
+  // went only part of the way. Always 0. The window itself goes by the system's default or with the
+  // process.
   virtual std::int32_t DestroyWindow();
   virtual ~CMainFrame();
   CMainFrame(const CMainFrame&) = delete;
   CMainFrame& operator=(const CMainFrame&) = delete;
 
-  // Decides whether this process is to run, and sets everything up if so; identity, flags and window
-  // must be in place. One of the four results above.
+  // Decides whether this process is to run, and sets everything up if so; identity, flags and
+  // window must be in place. One of the four results above.
   std::int32_t StartUp();
 
   // 1 this process is the printer's agent, 0 there is one already, which was told.
   std::int32_t DuplicationChk();
 
-  // Writes "TrayIconEnable" as 0 into the printer's record. 1 when that was done, 0 when there is no
-  // record or it can't be written.
+  // Writes "TrayIconEnable" as 0 into the printer's record. 1 when that was done, 0 when there is
+  // no record or it can't be written.
   std::int32_t DisableIconReg();
 
   // A message box with this owner, by the reading order of its texts.

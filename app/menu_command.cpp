@@ -12,13 +12,12 @@ void CMainFrame::OnCommand(std::uint32_t id) {
   OnAux(id);
 }
 
-// Carries out the command text that the driver set gives for an entry. No driver set is read yet, so
-// there is none for any entry.
+// Carries out the command text that the driver set gives for an entry. No driver set is read yet,
+// so there is none for any entry.
 void CMainFrame::OnAux(std::uint32_t /*id*/) {}
 
 bool CMainFrame::IsExMenuSlot(std::uint32_t id) const {
-  return id >= kFirstExMenuId &&
-         id - kFirstExMenuId < static_cast<std::uint32_t>(m_nExMenuMax);
+  return id >= kFirstExMenuId && id - kFirstExMenuId < static_cast<std::uint32_t>(m_nExMenuMax);
 }
 
 // No slot is filled yet, so the system has none measured or drawn; a message that says otherwise is

@@ -1,6 +1,6 @@
 // Whether the printer is still there and still to be watched.
-#include "app/main_frame.h"
 #include "Common/tray_log.h"
+#include "app/main_frame.h"
 
 namespace vgl {
 

@@ -1,6 +1,6 @@
 // The printer's record in the user's registry, as the frame reads and writes it.
-#include "app/main_frame.h"
 #include "Common/target_records.h"
+#include "app/main_frame.h"
 #include "platform/owned.h"
 
 namespace vgl {

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "app/tray_app.h"
 #include "Common/target_records.h"
 #include "Common/tray_log.h"
+#include "app/tray_app.h"
 #include "platform/owned.h"
 
 namespace vgl {
@@ -29,8 +29,8 @@ RunValue ReadRunValue(HKEY run, std::uint32_t index) {
     auto chars = static_cast<std::uint32_t>(name.size());
     auto bytes = static_cast<std::uint32_t>((data.size() - 1) * sizeof(char16_t));
     const std::uint32_t room = bytes;
-    const std::int32_t error = Os().registry.RegEnumValueW(run, index, name.data(), &chars, nullptr,
-                                                           data.data(), &bytes);
+    const std::int32_t error =
+        Os().registry.RegEnumValueW(run, index, name.data(), &chars, nullptr, data.data(), &bytes);
     if (error == ERROR_MORE_DATA && bytes > room) {
       data.assign(bytes / sizeof(char16_t) + 2, u'\0');
       continue;

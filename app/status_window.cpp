@@ -3,8 +3,8 @@
 
 namespace vgl {
 
-// The run helper is named by the driver set, which the agent can't read yet; so both actions fail as
-// they do for a set that names none.
+// The run helper is named by the driver set, which the agent can't read yet; so both actions fail
+// as they do for a set that names none.
 
 void CMainFrame::OpenStatusWindow() {
   MessageBoxRtl(m_hWnd, m_szMsgStatus.c_str(), m_szAppTitle.c_str());

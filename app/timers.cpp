@@ -1,6 +1,6 @@
 // OnTimer: work that a timer finds due is posted to the window rather than done here.
-#include "app/main_frame.h"
 #include "Common/tray_log.h"
+#include "app/main_frame.h"
 
 namespace vgl {
 
@@ -26,8 +26,8 @@ void CMainFrame::OnTimer(std::uint64_t id) {
   if (Fires(m_uhInvitationMonitor, id)) return OnInvitationTimer();
   if (Fires(m_uhClick, id)) return OnClickTimer();
 
-  // The checks open the printer, which a running utility must have to itself. Their timers go on and
-  // ask again.
+  // The checks open the printer, which a running utility must have to itself. Their timers go on
+  // and ask again.
   if (CheckUtyCall(0) == 0) {
     TrayLogText(u"return utility executing");
     return;

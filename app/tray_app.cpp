@@ -33,8 +33,9 @@ void LogCmdLineInfo(const CCmdLineInfo& cmdInfo) {
   TrayLogInt(u"cmdInfo.m_fIconInstall", cmdInfo.m_fIconInstall);
 }
 
-// Gives a predecessor time to go. Which printer's window it is that stands there doesn't matter: the
-// test only lengthens the wait. At logon everything starts at once, and the wait is longer anyway.
+// Gives a predecessor time to go. Which printer's window it is that stands there doesn't matter:
+// the test only lengthens the wait. At logon everything starts at once, and the wait is longer
+// anyway.
 void WaitForHandOver(const CCmdLineInfo& cmdInfo) {
   if (cmdInfo.m_IconFrom == kFromMachineRunKey) {
     Os().process.Sleep(kWaitAtLogon);

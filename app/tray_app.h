@@ -15,9 +15,10 @@ class CTrayIconApp {
   CTrayIconApp(const CTrayIconApp&) = delete;
   CTrayIconApp& operator=(const CTrayIconApp&) = delete;
 
-  // Starts the agent of one printer: reads the option text, waits for a predecessor, makes the frame
-  // and its window. `commandLine` is the text behind the program's name. True: the message loop is to
-  // run. False: the process ends; nothing was shown unless CMainFrame::StartUp showed it.
+  // Starts the agent of one printer: reads the option text, waits for a predecessor, makes the
+  // frame and its window. `commandLine` is the text behind the program's name. True: the message
+  // loop is to run. False: the process ends; nothing was shown unless CMainFrame::StartUp showed
+  // it.
   bool InitInstance(const char16_t* commandLine);
 
   // Handles messages until WM_QUIT, or until messages can't be had any more.
@@ -32,8 +33,9 @@ class CTrayIconApp {
   // Does what a result of CMainFrame::StartUp asks for. True: the message loop is to run.
   bool ActOnStartUp(std::int32_t result, CCmdLineInfo& cmdInfo);
 
-  // Removes the values of the user's Run key that would start this agent again: those named after the
-  // printer and after its record; without a printer name, the first one whose text holds `fileName`.
+  // Removes the values of the user's Run key that would start this agent again: those named after
+  // the printer and after its record; without a printer name, the first one whose text holds
+  // `fileName`.
   void DeleteStartupReg(const char16_t* printerName, const char16_t* fileName);
 
  private:

@@ -22,8 +22,8 @@ void CMainFrame::OnTrayNotify(std::uint32_t mouseMessage) {
 
 void CMainFrame::OnIconUpdate() {
   OwnedKey record;
-  if (Os().registry.RegOpenKeyExW(HKEY_CURRENT_USER, m_szRegKey.c_str(), KEY_READ,
-                                  record.Out()) != ERROR_SUCCESS)
+  if (Os().registry.RegOpenKeyExW(HKEY_CURRENT_USER, m_szRegKey.c_str(), KEY_READ, record.Out()) !=
+      ERROR_SUCCESS)
     return;
   std::uint32_t selected = 0;
   std::uint32_t bytes = sizeof selected;

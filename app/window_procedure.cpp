@@ -1,6 +1,6 @@
 // The window procedure: which message has the agent do what.
-#include "app/main_frame.h"
 #include "Common/tray_log.h"
+#include "app/main_frame.h"
 
 namespace vgl {
 

@@ -49,6 +49,12 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   const std::vector<std::string> own(words.begin(), separator);
   const bool hasAgent = separator != words.end();
 
+  const std::string verb = own.empty() ? "" : own.front();
+  if (verb != "run" && !verb.starts_with('-')) {
+    err << "vgldesk: \"" << verb
+        << "\" is no command; the command is run, as in: vgldesk run --script FILE\n";
+    return kUsageError;
+  }
   CLI::App app{"The tray agent of KAVRO Vigil 3 on a simulated machine.", "vgldesk"};
   app.footer(kFooter);
   app.require_subcommand(1);

@@ -1,8 +1,8 @@
 #include "desk/default_machine.h"
 
-#include "app/tray_app.h"
 #include "Common/text_conversion.h"
 #include "Common/wide_format.h"
+#include "app/tray_app.h"
 #include "desk/script.h"
 
 namespace desk {

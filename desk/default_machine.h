@@ -1,4 +1,5 @@
-// The machine that vgldesk and the session tests start from: the suite is installed, with one printer.
+// The machine that vgldesk and the session tests start from: the suite is installed, with one
+// printer.
 #pragma once
 
 #include <string>

@@ -17,9 +17,9 @@ struct PlayOptions {
 // Exit code of a session that couldn't be played to its end.
 inline constexpr int kSessionFailed = 1;
 
-// Plays `script` and writes events to `out`, mistakes to `err`; the last line tells what stands in the
-// temp folder then. The exit code of agent 1, or
-// kSessionFailed when an agent didn't end as the script has it, or still ran at the end.
+// Plays `script` and writes events to `out`, mistakes to `err`; the last line tells what stands in
+// the temp folder then. The exit code of agent 1, or kSessionFailed when an agent didn't end as the
+// script has it, or still ran at the end.
 int Play(const Script& script, const PlayOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace desk

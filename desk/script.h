@@ -1,12 +1,12 @@
-// Session scripts: what happens to agents on a machine, step by step. The same script is played on the
-// simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
+// Session scripts: what happens to agents on a machine, step by step. The same script is played on
+// the simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
 //
 // A script is UTF-8 text of lines; a # at a line's start makes it a comment. Commands:
 //
-//   param NAME                  writes the lines up to "end" as parameter file NAME in the temp folder
-//   start [COMMAND LINE]        starts an agent; the first one is agent 1, the next agent 2, ...
-//   wait MILLISECONDS           lets that much time pass
-//   post [@AGENT] MESSAGE [WPARAM [LPARAM]]
+//   param NAME                  writes the lines up to "end" as parameter file NAME in the temp
+//   folder start [COMMAND LINE]        starts an agent; the first one is agent 1, the next agent 2,
+//   ... wait MILLISECONDS           lets that much time pass post [@AGENT] MESSAGE [WPARAM
+//   [LPARAM]]
 //                               posts a message to an agent's window; names (WM_CLOSE,
 //                               WM_VGL3_UPDATE_ICON, TMID_FLUSHLOG, ...) or numbers
 //   kill [@AGENT]               ends an agent's process by force
@@ -42,7 +42,8 @@ struct Script {
   std::string error;  // empty, or "line 3: ..." telling the mistake and what would be right
 };
 
-// Reads a whole script. On a mistake `error` is set and `commands` holds what stands in front of it.
+// Reads a whole script. On a mistake `error` is set and `commands` holds what stands in front of
+// it.
 Script ParseScript(std::string_view text);
 
 // The names that scripts may use for numbers, for messages and timers alike.

@@ -1,5 +1,5 @@
-// Calls into the driver set's utility library (nozzle check, head cleaning, ...): one at a time for a
-// printer, which a named semaphore says to every process that uses the printer.
+// Calls into the driver set's utility library (nozzle check, head cleaning, ...): one at a time for
+// a printer, which a named semaphore says to every process that uses the printer.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ class CUtyCall {
   CUtyCall(const CUtyCall&) = delete;
   CUtyCall& operator=(const CUtyCall&) = delete;
 
-  // 1 when no utility runs, 0 when one does. With `bWait` 1 it waits without limit for a running one
-  // to end and keeps the semaphore: the process is on its way out.
+  // 1 when no utility runs, 0 when one does. With `bWait` 1 it waits without limit for a running
+  // one to end and keeps the semaphore: the process is on its way out.
   std::int32_t CheckUtyCall(std::int32_t bWait);
 
   FixedText<260> szArgument1;

@@ -48,7 +48,8 @@ class Files {
   // Opens or makes a file. The handle is the caller's, closed by CloseHandle (kernel_objects.h);
   // INVALID_HANDLE_VALUE on failure: 2 no such file, 3 no such folder, 5 a folder or not permitted,
   // 32 shared differently by an open handle, 80 exists already (CREATE_NEW).
-  // On success with CREATE_ALWAYS or OPEN_ALWAYS the last error is 183 when the file existed, else 0.
+  // On success with CREATE_ALWAYS or OPEN_ALWAYS the last error is 183 when the file existed, else
+  // 0.
   virtual HANDLE CreateFileW(const char16_t* path, std::uint32_t access, std::uint32_t share,
                              std::uint32_t disposition, std::uint32_t attributes) = 0;
 
@@ -57,18 +58,21 @@ class Files {
   virtual bool WriteFile(HANDLE file, const void* data, std::uint32_t bytes,
                          std::uint32_t* written) = 0;
 
-  // The low 32 bits of the size; the high ones in `*high` (may be null). INVALID_FILE_SIZE on failure.
+  // The low 32 bits of the size; the high ones in `*high` (may be null). INVALID_FILE_SIZE on
+  // failure.
   virtual std::uint32_t GetFileSize(HANDLE file, std::uint32_t* high) = 0;
 
-  // Moves the position by the 32-bit `distance`. The new position, INVALID_SET_FILE_POINTER on failure.
-  virtual std::uint32_t SetFilePointer(HANDLE file, std::int32_t distance, std::uint32_t method) = 0;
+  // Moves the position by the 32-bit `distance`. The new position, INVALID_SET_FILE_POINTER on
+  // failure.
+  virtual std::uint32_t SetFilePointer(HANDLE file, std::int32_t distance,
+                                       std::uint32_t method) = 0;
 
   // False with 2 or 3 when it isn't there, 5 when it is a folder or read-only, 32 while it is open
   // without FILE_SHARE_DELETE.
   virtual bool DeleteFileW(const char16_t* path) = 0;
 
-  // The first match of a path whose last part may hold * and ?. The search is the caller's, closed by
-  // FindClose. INVALID_FIND_HANDLE with 2 (nothing matches) or 3 (no such folder).
+  // The first match of a path whose last part may hold * and ?. The search is the caller's, closed
+  // by FindClose. INVALID_FIND_HANDLE with 2 (nothing matches) or 3 (no such folder).
   virtual HFIND FindFirstFileW(const char16_t* pattern, FindData* data) = 0;
   // The next match; false with 18 behind the last.
   virtual bool FindNextFileW(HFIND search, FindData* data) = 0;
@@ -82,10 +86,10 @@ class Files {
   // 0 on failure.
   virtual std::uint32_t GetTempPathW(std::uint32_t chars, char16_t* path) = 0;
 
-  // Makes an empty file of a new name in `folder`: the first three characters of `prefix`, up to four
-  // hexadecimal digits, ".tmp" (`unique` 0). Another `unique` is itself the number, and nothing is
-  // made. `name` has room for MAX_PATH characters and takes the whole path. 0 on failure (267 when the
-  // folder isn't there), else the number in the name.
+  // Makes an empty file of a new name in `folder`: the first three characters of `prefix`, up to
+  // four hexadecimal digits, ".tmp" (`unique` 0). Another `unique` is itself the number, and
+  // nothing is made. `name` has room for MAX_PATH characters and takes the whole path. 0 on failure
+  // (267 when the folder isn't there), else the number in the name.
   virtual std::uint32_t GetTempFileNameW(const char16_t* folder, const char16_t* prefix,
                                          std::uint32_t unique, char16_t* name) = 0;
 };

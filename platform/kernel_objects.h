@@ -21,8 +21,8 @@ class KernelObjects {
   virtual ~KernelObjects() = default;
 
   // Makes a mutex or opens the one of that name (a null name makes an unnamed one). With
-  // `initialOwner` a newly made one belongs to the calling thread. HANDLE{} on failure; on success the
-  // last error is 183 when it existed, else 0. Default security.
+  // `initialOwner` a newly made one belongs to the calling thread. HANDLE{} on failure; on success
+  // the last error is 183 when it existed, else 0. Default security.
   virtual HANDLE CreateMutexW(bool initialOwner, const char16_t* name) = 0;
 
   // HANDLE{} with 2 when there is no mutex of that name.
@@ -31,16 +31,16 @@ class KernelObjects {
   // Gives one ownership back; false with 288 when the calling thread isn't the owner.
   virtual bool ReleaseMutex(HANDLE mutex) = 0;
 
-  // As CreateMutexW, for a semaphore; the counts apply to a newly made one. HANDLE{} with 6 when the
-  // name belongs to an object of another kind (so do the mutex calls).
+  // As CreateMutexW, for a semaphore; the counts apply to a newly made one. HANDLE{} with 6 when
+  // the name belongs to an object of another kind (so do the mutex calls).
   virtual HANDLE CreateSemaphoreW(std::int32_t initialCount, std::int32_t maximumCount,
                                   const char16_t* name) = 0;
 
   // Gives `count` back; false with 298 when that would pass the maximum. `*previous` may be null.
   virtual bool ReleaseSemaphore(HANDLE semaphore, std::int32_t count, std::int32_t* previous) = 0;
 
-  // Waits until the object is free, `milliseconds` at most, and takes it. A thread that owns a mutex
-  // takes it again at once. WAIT_ABANDONED when the last owner ended without giving it back.
+  // Waits until the object is free, `milliseconds` at most, and takes it. A thread that owns a
+  // mutex takes it again at once. WAIT_ABANDONED when the last owner ended without giving it back.
   virtual std::uint32_t WaitForSingleObject(HANDLE object, std::uint32_t milliseconds) = 0;
 
   // Closes a file or kernel object handle. False with 6 for what isn't one.

@@ -23,9 +23,9 @@ class NationalLanguage {
   // A null text stands before every other.
   virtual std::int32_t lstrcmpiW(const char16_t* left, const char16_t* right) = 0;
 
-  // `chars` characters as bytes of the code page into room for `bytes` bytes (0: only tell the size).
-  // The number of bytes, 0 on failure (122 when the room is too small). No terminator is added. A
-  // character that the code page lacks becomes its default character.
+  // `chars` characters as bytes of the code page into room for `bytes` bytes (0: only tell the
+  // size). The number of bytes, 0 on failure (122 when the room is too small). No terminator is
+  // added. A character that the code page lacks becomes its default character.
   virtual std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
                                            std::int32_t chars, char* out, std::int32_t bytes) = 0;
 };

@@ -1,5 +1,5 @@
-// Owners of platform handles: each closes its handle at the end of its scope. The invalid value lives
-// in the type; an owner tests true while it holds a handle that is valid for its kind.
+// Owners of platform handles: each closes its handle at the end of its scope. The invalid value
+// lives in the type; an owner tests true while it holds a handle that is valid for its kind.
 #pragma once
 
 #include <utility>

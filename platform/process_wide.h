@@ -19,17 +19,17 @@ class ProcessWide {
 
 #else
 
-// The running process's copy of the variable at `key`, made by `make` when it is first asked for and
-// freed by `destroy` when the process has ended. Given by the simulation.
+// The running process's copy of the variable at `key`, made by `make` when it is first asked for
+// and freed by `destroy` when the process has ended. Given by the simulation.
 void* ProcessCopy(const void* key, void* (*make)(), void (*destroy)(void*));
 
 template <class T>
 class ProcessWide {
  public:
   T& get() {
-    return *static_cast<T*>(
-        ProcessCopy(this, [] { return static_cast<void*>(new T{}); },
-                    [](void* value) { delete static_cast<T*>(value); }));
+    return *static_cast<T*>(ProcessCopy(
+        this, [] { return static_cast<void*>(new T{}); },
+        [](void* value) { delete static_cast<T*>(value); }));
   }
 };
 
@@ -42,12 +42,10 @@ class ProcessWideValue : public ProcessWide<T> {
   static_assert(std::is_scalar_v<T>);
 
  public:
-  operator T() { return this->get(); }  // NOLINT(google-explicit-constructor): stands for the variable
-  T operator->()
-    requires std::is_pointer_v<T>
-  {
+  operator T() {
     return this->get();
-  }
+  }  // NOLINT(google-explicit-constructor): stands for the variable
+  T operator->() requires std::is_pointer_v<T> { return this->get(); }
   ProcessWideValue& operator=(T value) {
     this->get() = value;
     return *this;

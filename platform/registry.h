@@ -44,28 +44,30 @@ class Registry {
   virtual std::int32_t RegCreateKeyExW(HKEY parent, const char16_t* subKey, std::uint32_t access,
                                        HKEY* key, std::uint32_t* disposition) = 0;
 
-  // Reads a value; a null or empty `name` is the key's default value. `type`, `data` and `bytes` may
-  // be null (`data` without `bytes` is 87). In: `*bytes` is the room at `data`; out: the size of the
-  // value. Without `data` only the size is told. 234 when the room is too small: `*bytes` is then the
-  // needed size, and what `data` holds is undefined. 2 when there is no such value; `*bytes` is then
-  // undefined. Stored text comes back as it was written, with or without a terminator.
+  // Reads a value; a null or empty `name` is the key's default value. `type`, `data` and `bytes`
+  // may be null (`data` without `bytes` is 87). In: `*bytes` is the room at `data`; out: the size
+  // of the value. Without `data` only the size is told. 234 when the room is too small: `*bytes` is
+  // then the needed size, and what `data` holds is undefined. 2 when there is no such value;
+  // `*bytes` is then undefined. Stored text comes back as it was written, with or without a
+  // terminator.
   virtual std::int32_t RegQueryValueExW(HKEY key, const char16_t* name, std::uint32_t* type,
                                         void* data, std::uint32_t* bytes) = 0;
 
-  // Writes `bytes` bytes as they are, replacing a value of any type. Windows makes one exception: text
-  // handed over without its terminator gets it when a zero happens to follow in memory; so count the
-  // terminator, or put something else behind.
+  // Writes `bytes` bytes as they are, replacing a value of any type. Windows makes one exception:
+  // text handed over without its terminator gets it when a zero happens to follow in memory; so
+  // count the terminator, or put something else behind.
   virtual std::int32_t RegSetValueExW(HKEY key, const char16_t* name, std::uint32_t type,
                                       const void* data, std::uint32_t bytes) = 0;
 
   // 2 when there is no such value.
   virtual std::int32_t RegDeleteValueW(HKEY key, const char16_t* name) = 0;
 
-  // Removes a key without sub-keys, with all its values. 5 when it has sub-keys, 2 when it isn't there.
+  // Removes a key without sub-keys, with all its values. 5 when it has sub-keys, 2 when it isn't
+  // there.
   virtual std::int32_t RegDeleteKeyW(HKEY parent, const char16_t* subKey) = 0;
 
-  // The name of the sub-key at `index`. In: `*chars` is the room with the terminator; out: the length
-  // without it. 259 behind the last, 234 when the room is too small.
+  // The name of the sub-key at `index`. In: `*chars` is the room with the terminator; out: the
+  // length without it. 259 behind the last, 234 when the room is too small.
   virtual std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name,
                                      std::uint32_t* chars) = 0;
 

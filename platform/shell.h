@@ -21,8 +21,9 @@ class Shell {
  public:
   virtual ~Shell() = default;
 
-  // The path of a special folder without closing backslash, into MAX_PATH characters at `path`; made
-  // when it is missing and `create` is set. 1 on success, 0 on failure, `path` is then undefined.
+  // The path of a special folder without closing backslash, into MAX_PATH characters at `path`;
+  // made when it is missing and `create` is set. 1 on success, 0 on failure, `path` is then
+  // undefined.
   virtual std::int32_t SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder,
                                                bool create) = 0;
 };

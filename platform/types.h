@@ -1,18 +1,21 @@
-// The plain types that every platform service speaks in: opaque handles, message words, error numbers.
+// The plain types that every platform service speaks in: opaque handles, message words, error
+// numbers.
 //
-// Handles are 64-bit and typed, so that a key can't be closed as a file; `HWND{}` is the null window.
-// The numbers in this file are fixed by Windows. Backends include this header before <windows.h>,
-// whose macros carry the same names.
+// Handles are 64-bit and typed, so that a key can't be closed as a file; `HWND{}` is the null
+// window. The numbers in this file are fixed by Windows. Backends include this header before
+// <windows.h>, whose macros carry the same names.
 #pragma once
 
 #include <cstdint>
 
 namespace platform {
 
-enum class HANDLE : std::uint64_t {};   // kernel object: file, mutex, semaphore, section, process, thread
-enum class HFIND : std::uint64_t {};    // a file search
-enum class HKEY : std::uint64_t {};     // registry key
-enum class HMODULE : std::uint64_t {};  // loaded module; HMODULE{} where a call takes "this program"
+enum class HANDLE : std::uint64_t {
+};  // kernel object: file, mutex, semaphore, section, process, thread
+enum class HFIND : std::uint64_t {};  // a file search
+enum class HKEY : std::uint64_t {};   // registry key
+enum class HMODULE : std::uint64_t {
+};  // loaded module; HMODULE{} where a call takes "this program"
 enum class HWND : std::uint64_t {};
 enum class HMENU : std::uint64_t {};
 enum class HICON : std::uint64_t {};

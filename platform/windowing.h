@@ -1,8 +1,9 @@
 // Windows, messages, timers and message boxes.
 //
-// A window belongs to the thread that made it; its messages are handled there, inside GetMessageW or
-// DispatchMessageW. Calls that wait (GetMessageW, SendMessageW to another thread, MessageBoxW) handle
-// messages sent to the waiting thread meanwhile; MessageBoxW and menus also dispatch posted ones.
+// A window belongs to the thread that made it; its messages are handled there, inside GetMessageW
+// or DispatchMessageW. Calls that wait (GetMessageW, SendMessageW to another thread, MessageBoxW)
+// handle messages sent to the waiting thread meanwhile; MessageBoxW and menus also dispatch posted
+// ones.
 #pragma once
 
 #include "platform/types.h"
@@ -44,7 +45,7 @@ struct WindowClass {
   std::uint32_t style = 0;
   WNDPROC procedure = nullptr;
   HMODULE instance{};
-  std::uint64_t background = 0;        // brush handle, or a system colour's number plus 1
+  std::uint64_t background = 0;         // brush handle, or a system colour's number plus 1
   const char16_t* className = nullptr;  // copied
 };
 
@@ -62,19 +63,20 @@ class Windowing {
   // Loads the system's common controls; no result.
   virtual void InitCommonControls() = 0;
 
-  // Registers a class for this process; its name ignores case. Its atom; 0 with 1410 when this process
-  // has it already.
+  // Registers a class for this process; its name ignores case. Its atom; 0 with 1410 when this
+  // process has it already.
   virtual std::uint16_t RegisterClassW(const WindowClass& windowClass) = 0;
 
-  // Makes a top-level window with default place and size and no menu; the procedure gets the creating
-  // messages (among them WM_NCCREATE, then WM_CREATE) before the call returns, and refuses the window
-  // by answering the first with 0 or the second with -1. HWND{} on failure, 1407 when there is no such
-  // class.
+  // Makes a top-level window with default place and size and no menu; the procedure gets the
+  // creating messages (among them WM_NCCREATE, then WM_CREATE) before the call returns, and refuses
+  // the window by answering the first with 0 or the second with -1. HWND{} on failure, 1407 when
+  // there is no such class.
   virtual HWND CreateWindowExW(std::uint32_t exStyle, const char16_t* className,
                                const char16_t* title, std::uint32_t style, HMODULE instance) = 0;
 
   // Destroys a window of the calling thread: WM_DESTROY, then WM_NCDESTROY reach its procedure, its
-  // timers end, messages that wait for it go. False with 1400 for no window, 5 for another thread's.
+  // timers end, messages that wait for it go. False with 1400 for no window, 5 for another
+  // thread's.
   virtual bool DestroyWindow(HWND window) = 0;
 
   virtual bool IsWindow(HWND window) = 0;
@@ -104,14 +106,15 @@ class Windowing {
   virtual void PostQuitMessage(std::int32_t exitCode) = 0;
 
   // Waits for the calling thread's next message: a posted one, then WM_QUIT, then a due timer's.
-  // 1 for a message, 0 for WM_QUIT (wParam: exit code), -1 on failure; `*message` is untouched then.
+  // 1 for a message, 0 for WM_QUIT (wParam: exit code), -1 on failure; `*message` is untouched
+  // then.
   virtual std::int32_t GetMessageW(Message* message) = 0;
   virtual bool TranslateMessage(const Message& message) = 0;
   virtual LRESULT DispatchMessageW(const Message& message) = 0;
 
-  // Has WM_TIMER with `id` posted to `window` every `milliseconds`, first after one such period. The
-  // same id again restarts the period. The id, 0 on failure. With HWND{} the timer belongs to the
-  // thread, and the result is an id that the system chose.
+  // Has WM_TIMER with `id` posted to `window` every `milliseconds`, first after one such period.
+  // The same id again restarts the period. The id, 0 on failure. With HWND{} the timer belongs to
+  // the thread, and the result is an id that the system chose.
   virtual std::uint64_t SetTimer(HWND window, std::uint64_t id, std::uint32_t milliseconds) = 0;
 
   // False when there is no such timer. A WM_TIMER that was already taken stays taken.
@@ -120,8 +123,8 @@ class Windowing {
   // The longest time between the two clicks of a double click, in milliseconds.
   virtual std::uint32_t GetDoubleClickTime() = 0;
 
-  // Shows a box with an OK button and waits until it is answered; the answer's id (IDOK also when the
-  // box is closed), 0 when the box couldn't be shown: 1400 for an owner that is gone. The owner
+  // Shows a box with an OK button and waits until it is answered; the answer's id (IDOK also when
+  // the box is closed), 0 when the box couldn't be shown: 1400 for an owner that is gone. The owner
   // (HWND{}: none) is disabled meanwhile.
   virtual std::int32_t MessageBoxW(HWND owner, const char16_t* text, const char16_t* caption,
                                    std::uint32_t style) = 0;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/windowing.h"
@@ -89,9 +90,11 @@ class Desktop {
   void AnswerBoxesAtOnce(std::int32_t id = platform::IDOK) { m_answerAtOnce = id; }
 
   // How a message is called in the trace; numbers without a name stand as numbers.
-  void NameMessage(std::uint32_t message, std::u16string name) { m_messageNames[message] = name; }
+  void NameMessage(std::uint32_t message, std::u16string name) {
+    m_messageNames[message] = std::move(name);
+  }
   std::u16string NameOf(std::uint32_t message) const;
-  void NameTimer(std::uint64_t id, std::u16string name) { m_timerNames[id] = name; }
+  void NameTimer(std::uint64_t id, std::u16string name) { m_timerNames[id] = std::move(name); }
   std::u16string NameOfTimer(std::uint64_t id) const;
 
   // --- for the simulation ---

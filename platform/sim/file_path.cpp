@@ -128,15 +128,19 @@ bool HasWildcards(std::u16string_view name) {
 }
 
 bool FitsPattern(std::u16string_view name, std::u16string_view pattern) {
-  if (pattern == u"*.*") return true;
+  const auto at = [&](std::size_t index) {
+    return index < pattern.size() ? pattern[index] : char16_t{};
+  };
   // Where to go on when a character doesn't fit: the last star takes one more.
   std::size_t star = std::u16string_view::npos, taken = 0;
   std::size_t n = 0, p = 0;
   while (n < name.size()) {
-    if (p < pattern.size() && pattern[p] == u'*') {
+    if (at(p) == u'*') {
       star = p++;
       taken = n;
-    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
+    } else if (at(p) == u'?' && name[n] == u'.') {
+      ++p;  // in front of a dot it may stand for nothing
+    } else if (at(p) == u'?' || at(p) == name[n]) {
       ++p;
       ++n;
     } else if (star != std::u16string_view::npos) {
@@ -146,7 +150,10 @@ bool FitsPattern(std::u16string_view name, std::u16string_view pattern) {
       return false;
     }
   }
-  return pattern.find_first_not_of(u'*', p) == std::u16string_view::npos;
+  // At the end of a name a wildcard may stand for nothing, and so may a dot in front of one.
+  const auto isWildcard = [](char16_t c) { return c == u'*' || c == u'?'; };
+  while (isWildcard(at(p)) || (at(p) == u'.' && isWildcard(at(p + 1)))) ++p;
+  return p == pattern.size();
 }
 
 }  // namespace sim

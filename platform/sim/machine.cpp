@@ -40,11 +40,10 @@ Machine::Machine(std::uint64_t seed)
       m_files(*this),
       m_desktop(*this),
       m_services(std::make_unique<Services>(*this)),
-      m_platform(new platform::Platform{m_services->registry, m_services->files,
-                                        m_services->profiles, m_services->objects,
-                                        m_services->process, m_services->modules,
-                                        m_services->windowing, m_services->shell,
-                                        m_services->system, m_services->nls}) {}
+      m_platform(new platform::Platform{
+          m_services->registry, m_services->files, m_services->profiles, m_services->objects,
+          m_services->process, m_services->modules, m_services->windowing, m_services->shell,
+          m_services->system, m_services->nls}) {}
 
 Machine::~Machine() {
   m_observer = nullptr;

@@ -1,4 +1,5 @@
-// A whole small Windows in one object: processes, registry, files, windows, named objects, one clock.
+// A whole small Windows in one object: processes, registry, files, windows, named objects, one
+// clock.
 //
 //   sim::Machine machine;
 //   machine.files().WriteFile(u"C:\\x.txt", "hello");            // what a test sets up or looks at
@@ -60,7 +61,8 @@ class Machine {
   // Virtual milliseconds since the machine was made.
   std::uint64_t now() const { return m_scheduler.now(); }
 
-  // Starts a process; it runs when the machine does. The process object lives as long as the machine.
+  // Starts a process; it runs when the machine does. The process object lives as long as the
+  // machine.
   Process& StartProcess(std::u16string imagePath, std::u16string commandLine, Body body);
   // Starts one more thread of a process that runs.
   void StartThread(Process& process, std::function<void()> body);
@@ -109,7 +111,8 @@ class Machine {
 // test can call the code under test straight away. Calls that wait let the other processes run.
 class Inside {
  public:
-  explicit Inside(Machine& machine, std::u16string imagePath = u"C:\\Program Files\\KAVRO\\test.exe");
+  explicit Inside(Machine& machine,
+                  std::u16string imagePath = u"C:\\Program Files\\KAVRO\\test.exe");
   // Ends the process, if it still runs, with exit code 0.
   ~Inside();
   Inside(const Inside&) = delete;
@@ -117,8 +120,8 @@ class Inside {
 
   Process& process() { return m_process; }
 
-  // Runs `body` and tells whether it ended the process (ExitProcess); after that nothing more can be
-  // called inside.
+  // Runs `body` and tells whether it ended the process (ExitProcess); after that nothing more can
+  // be called inside.
   bool EndsProcess(const std::function<void()>& body);
 
  private:

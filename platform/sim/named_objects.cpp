@@ -207,8 +207,7 @@ std::uint32_t KernelObjectCalls::WaitForSingleObject(HANDLE handle, std::uint32_
     }
     ~Waiting() { std::erase(object.waiters, thread); }
   };
-  const std::uint64_t deadline =
-      milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
+  const std::uint64_t deadline = milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
   while (!object->IsFreeFor(call.thread())) {
     if (m_machine.now() >= deadline) return WAIT_TIMEOUT;
     const Waiting waiting(*object, call.thread());

@@ -61,8 +61,8 @@ class Process {
   // Ends the process by force at its call of that number from now on: a bound for endless loops.
   void StopAfterCalls(std::uint64_t number) { m_stopAt = m_calls + number; }
   std::uint64_t calls() const { return m_calls; }
-  // The operation that FailCall hit; empty when the call of that number wasn't one that can fail, or
-  // hasn't come.
+  // The operation that FailCall hit; empty when the call of that number wasn't one that can fail,
+  // or hasn't come.
   const std::string& failedOperation() const { return m_failedOperation; }
 
   // --- for the simulation ---
@@ -78,7 +78,8 @@ class Process {
 
   // Counts a call of the running thread. True when the bound of StopAfterCalls is passed.
   bool EnterCall() { return ++m_calls > m_stopAt && m_stopAt != 0; }
-  // Whether the call that was counted last is to fail: 0, or the error (`usual` when none was named).
+  // Whether the call that was counted last is to fail: 0, or the error (`usual` when none was
+  // named).
   std::int32_t FaultOf(const char* operation, bool release, std::int32_t usual);
 
   void* Copy(const void* key, void* (*make)(), void (*destroy)(void*));
@@ -121,8 +122,8 @@ class Call {
 
   explicit Call(const char* operation, Kind kind = kOrdinary);
 
-  // 0 when the call is to be carried out; else the error that it fails with (`usual` unless the test
-  // named one), which is also the thread's last error then.
+  // 0 when the call is to be carried out; else the error that it fails with (`usual` unless the
+  // test named one), which is also the thread's last error then.
   std::int32_t Failure(std::int32_t usual);
 
   // For calls that give something back: true while the process is being taken down, when they do

@@ -103,8 +103,7 @@ Thread& Scheduler::ChooseNext() {
     }
     const bool awaited = m_conductor->m_state == Thread::State::AwaitsQuiet;
     if (awaited && m_conductor->m_deadline <= m_now) return *m_conductor;
-    const std::uint64_t due =
-        std::min(NextDeadline(), awaited ? m_conductor->m_deadline : kNever);
+    const std::uint64_t due = std::min(NextDeadline(), awaited ? m_conductor->m_deadline : kNever);
     if (due == kNever) {
       m_stuck = true;
       return *m_conductor;
@@ -132,10 +131,9 @@ void Scheduler::SwitchAway(Thread& self) {
 
 void Scheduler::ReapEnded() {
   // The records stay: a message that is being handled may still name its sender.
-  const auto firstEnded =
-      std::stable_partition(m_threads.begin(), m_threads.end(), [](const auto& thread) {
-        return thread->m_state != Thread::State::Ended;
-      });
+  const auto firstEnded = std::stable_partition(
+      m_threads.begin(), m_threads.end(),
+      [](const auto& thread) { return thread->m_state != Thread::State::Ended; });
   for (auto ended = firstEnded; ended != m_threads.end(); ++ended) {
     (*ended)->m_host.join();
     m_ended.push_back(std::move(*ended));

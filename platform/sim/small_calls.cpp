@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/sim/code_page.h"
 #include "platform/sim/machine.h"
 #include "platform/sim/text.h"
 
@@ -64,8 +65,7 @@ HMODULE ModuleCalls::GetModuleHandleW(const char16_t* name) {
   return HMODULE{};
 }
 
-std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path,
-                                              std::uint32_t chars) {
+std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path, std::uint32_t chars) {
   Call call("GetModuleFileNameW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return 0;
   if (module != HMODULE{} && module != HMODULE{0x140000000}) {
@@ -79,8 +79,7 @@ std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path,
   return cut ? chars : copied;
 }
 
-std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder,
-                                                 bool create) {
+std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder, bool create) {
   Call call("SHGetSpecialFolderPathW");
   const std::u16string& known = m_machine.system().commonAppData;
   if (call.Failure(ERROR_FILE_NOT_FOUND)) return 0;
@@ -148,19 +147,6 @@ std::uint16_t BidirectionalType(char16_t c) {
   return letter ? kLeftToRight : kOtherNeutral;
 }
 
-// Code page 1252 where it isn't Latin-1: the characters of the bytes 0x80 to 0x9F.
-constexpr char16_t kCodePage1252[] = u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030"
-                                     u"\u0160\u2039\u0152\u008D\u017D\u008F\u0090\u2018\u2019\u201C"
-                                     u"\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
-                                     u"\u017E\u0178";
-
-char NarrowCharacter(char16_t c) {
-  if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<char>(c);
-  const std::u16string_view upper(kCodePage1252);
-  const std::size_t found = upper.find(c);
-  return found == std::u16string_view::npos ? '?' : static_cast<char>(0x80 + found);
-}
-
 }  // namespace
 
 bool LanguageCalls::GetStringTypeExW(std::uint32_t, std::uint32_t infoType, const char16_t* text,
@@ -186,8 +172,7 @@ std::int32_t LanguageCalls::lstrcmpiW(const char16_t* left, const char16_t* righ
 }
 
 std::int32_t LanguageCalls::WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
-                                                std::int32_t chars, char* out,
-                                                std::int32_t bytes) {
+                                                std::int32_t chars, char* out, std::int32_t bytes) {
   Call call("WideCharToMultiByte");
   if (call.Failure(ERROR_INSUFFICIENT_BUFFER)) return 0;
   if (codePage != CP_ACP || text == nullptr || chars <= 0 || bytes < 0) {
@@ -199,7 +184,7 @@ std::int32_t LanguageCalls::WideCharToMultiByte(std::uint32_t codePage, const ch
     call.SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return 0;
   }
-  std::transform(text, text + chars, out, NarrowCharacter);
+  std::transform(text, text + chars, out, ToCodePage);
   return chars;
 }
 

@@ -59,8 +59,8 @@ class LanguageCalls final : public platform::NationalLanguage {
   bool GetStringTypeExW(std::uint32_t locale, std::uint32_t infoType, const char16_t* text,
                         std::int32_t chars, std::uint16_t* types) override;
   std::int32_t lstrcmpiW(const char16_t* left, const char16_t* right) override;
-  std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
-                                   std::int32_t chars, char* out, std::int32_t bytes) override;
+  std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text, std::int32_t chars,
+                                   char* out, std::int32_t bytes) override;
 
  private:
   Machine& m_machine;

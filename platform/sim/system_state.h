@@ -1,4 +1,5 @@
-// What the simulated system tells of itself: clock base, version, folders, language. A test sets it.
+// What the simulated system tells of itself: clock base, version, folders, language. A test sets
+// it.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +19,8 @@ struct SystemState {
   bool versionIsKnown = true;
   std::uint32_t systemLocale = 0x0409;
   std::u16string commonAppData = u"C:\\ProgramData";  // empty: SHGetSpecialFolderPathW fails
-  std::u16string tempFolder = u"C:\\Users\\User\\AppData\\Local\\Temp\\";  // empty: GetTempPathW fails
+  std::u16string tempFolder =
+      u"C:\\Users\\User\\AppData\\Local\\Temp\\";  // empty: GetTempPathW fails
   std::u16string windowsFolder = u"C:\\Windows";
   std::uint32_t doubleClickTime = 500;
 };

@@ -1,8 +1,8 @@
 #include "platform/sim/text.h"
 
+#include <locale.h>
 #include <clocale>
 #include <cwctype>
-#include <locale.h>
 
 namespace sim {
 

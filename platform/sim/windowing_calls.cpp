@@ -25,7 +25,7 @@ std::uint16_t WindowingCalls::RegisterClassW(const WindowClass& windowClass) {
   Call call("RegisterClassW");
   if (call.Failure(ERROR_NOT_ENOUGH_MEMORY)) return 0;
   const auto key = std::pair<const Process*, std::u16string>(&call.process(),
-                                                            FoldCase(View(windowClass.className)));
+                                                             FoldCase(View(windowClass.className)));
   if (desktop().m_classes.contains(key)) {
     call.SetLastError(ERROR_CLASS_ALREADY_EXISTS);
     return 0;
@@ -275,9 +275,8 @@ LRESULT WindowingCalls::DispatchMessageW(const Message& message) {
 
 LRESULT WindowingCalls::Deliver(const Message& message) {
   if (desktop().Find(message.window) == nullptr) return 0;
-  const std::u16string timer = message.message == WM_TIMER
-                                   ? u" " + desktop().NameOfTimer(message.wParam)
-                                   : std::u16string();
+  const std::u16string timer =
+      message.message == WM_TIMER ? u" " + desktop().NameOfTimer(message.wParam) : std::u16string();
   m_machine.Trace(u"got " + desktop().NameOf(message.message) + timer);
   return CallProcedure(message);
 }

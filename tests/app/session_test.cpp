@@ -65,7 +65,8 @@ TEST(FaultLoop, StartUpAndShutDownSurviveTheFailureOfEveryCall) {
     SCOPED_TRACE("call " + std::to_string(number) + ", " + run.failed);
     EXPECT_TRUE(run.ended);
     if (!run.failed.empty()) ++failures;
-    // Where no message can be had, the loop ends, and the window, if it stands, goes with the process.
+    // Where no message can be had, the loop ends, and the window, if it stands, goes with the
+    // process.
     const bool windowStays = run.failed == "GetMessageW" && !run.ledger.empty();
     EXPECT_EQ(run.ledger, windowStays ? std::vector<std::u16string>{u"window TrayIconWClass"}
                                       : std::vector<std::u16string>{});

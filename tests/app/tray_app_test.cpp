@@ -16,7 +16,8 @@ std::u16string DefaultOptions(std::u16string_view more = u"") {
   return desk::OptionsOfDefaultPrinter() + u" " + std::u16string(more);
 }
 
-// Virtual time from the start until the window is made; nothing when none is made within ten seconds.
+// Virtual time from the start until the window is made; nothing when none is made within ten
+// seconds.
 std::optional<std::uint64_t> TimeToWindow(SimDesk& desk, std::u16string commandLine) {
   const std::uint64_t start = desk.machine.now();
   const SimAgent agent = desk.StartAgent(std::move(commandLine));
@@ -118,10 +119,9 @@ TEST(Start, WindowIsHiddenAndBearsTheSuitesClassAndTitle) {
 TEST(Start, PrinterNameOf260CharactersEndsTheProcessAfterTheWindowWasMade) {
   SimDesk desk;
   const std::u16string record = u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000001";
-  desk.machine.registry().SetString(HKEY_CURRENT_USER, record, u"Name",
-                                    std::u16string(260, u'n'));
-  const SimAgent agent = desk.StartAgent(
-      u"/KVT \"KVLTarget\\P0000000000000001\" /D \"d\" /O \"o\" /M \"m\"");
+  desk.machine.registry().SetString(HKEY_CURRENT_USER, record, u"Name", std::u16string(260, u'n'));
+  const SimAgent agent =
+      desk.StartAgent(u"/KVT \"KVLTarget\\P0000000000000001\" /D \"d\" /O \"o\" /M \"m\"");
   desk.RunFor(5000);
   ASSERT_TRUE(agent.HasEnded());
   EXPECT_EQ(agent.process().Ledger(), std::vector<std::u16string>{u"window TrayIconWClass"});
@@ -188,8 +188,7 @@ TEST(Start, FromAParameterFileRemovesTheFile) {
 
 TEST(Start, FromTheMachinesRunKeyKeepsTheParameterFile) {
   SimDesk desk;
-  const std::u16string path =
-      desk.WriteParamFile(u"K_Q0001.tmp", DefaultOptions(u"/EF \"HKLM\""));
+  const std::u16string path = desk.WriteParamFile(u"K_Q0001.tmp", DefaultOptions(u"/EF \"HKLM\""));
   const SimAgent agent = desk.StartedAgent(u"/FU \"K_Q0001.tmp\"");
   EXPECT_NE(agent.Window(), nullptr);
   agent.Close();

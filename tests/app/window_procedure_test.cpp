@@ -100,8 +100,8 @@ TEST_F(WindowProcedure, UpdateIconWithoutARecordChangesNothing) {
 
 TEST_F(WindowProcedure, UpdateIconWithAValueOfEightBytesChangesNothing) {
   frame->m_nIconSelected = 1;
-  machine.registry().SetBytes(HKEY_CURRENT_USER, desk::kRecordPath, u"TrayIconSelected",
-                              REG_BINARY, std::string(8, '\2'));
+  machine.registry().SetBytes(HKEY_CURRENT_USER, desk::kRecordPath, u"TrayIconSelected", REG_BINARY,
+                              std::string(8, '\2'));
   Send(WM_VGL3_UPDATE_ICON);
   EXPECT_EQ(frame->m_nIconSelected, 1U);
 }

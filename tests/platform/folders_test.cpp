@@ -133,9 +133,28 @@ TEST_F(FindingFiles, AStarStandsForAnyTextAndAQuestionMarkForOneCharacter) {
     MakeFile(name);
   }
   EXPECT_EQ(Find(u"menu*.dat"), (Names{u"Menu12.dat", u"menu.dat", u"menu1.dat"}));
-  EXPECT_EQ(Find(u"menu1?.dat"), (Names{u"Menu12.dat"}));
+  EXPECT_EQ(Find(u"m?nu12.dat"), (Names{u"Menu12.dat"}));
+  EXPECT_EQ(Find(u"menu12.d??"), (Names{u"Menu12.dat"}));
   EXPECT_EQ(Find(u"*r.dat"), (Names{u"other.dat"}));
   EXPECT_EQ(Find(u"m*1.*"), (Names{u"menu1.dat", u"menu1.txt"}));
+}
+
+TEST_F(FindingFiles, AQuestionMarkInFrontOfADotMayStandForNothing) {
+  for (const auto name : {u"menu1.dat", u"menu12.dat", u"menu123.dat", u"menu2.dat"}) {
+    MakeFile(name);
+  }
+  // Wine 8 takes it for one character.
+  const Names found = Find(u"menu1?.dat");
+  EXPECT_TRUE(HoldsExcept(OnWine(8), found == Names{u"menu1.dat", u"menu12.dat"}))
+      << testing::PrintToString(found);
+}
+
+TEST_F(FindingFiles, AStarBehindADotFindsNamesWithoutADotToo) {
+  MakeFile(u"plain");
+  MakeFile(u"plain.txt");
+  MakeFile(u"other.txt");
+  EXPECT_EQ(Find(u"*.*"), (Names{u".", u"..", u"other.txt", u"plain", u"plain.txt"}));
+  EXPECT_EQ(Find(u"pla*.*"), (Names{u"plain", u"plain.txt"}));
 }
 
 TEST_F(FindingFiles, AStarFindsFoldersAndTheTwoDotEntriesToo) {
@@ -221,7 +240,7 @@ TEST_F(TempFiles, ATempFileIsMadeEmptyUnderANameOfItsOwn) {
   const std::u16string digits = path.substr(start.size(), path.size() - start.size() - 4);
   const std::string narrow(digits.begin(), digits.end());
   EXPECT_TRUE(
-      narrow.size() >= 1 && narrow.size() <= 4 &&
+      !narrow.empty() && narrow.size() <= 4 &&
       std::all_of(narrow.begin(), narrow.end(), [](unsigned char c) { return isxdigit(c); }))
       << narrow;
   EXPECT_EQ(std::stoul(narrow, nullptr, 16), number);

@@ -97,7 +97,7 @@ TEST_F(MessageBoxes, ABoxWithinABoxIsAnsweredFirst) {
       windowing.KillTimer(w, 2);
       windowing.SetTimer(w, 3, 50);
       windowing.MessageBoxW(HWND{}, u"text", u"PlatformTest inner", MB_OK);
-      answered.push_back(u"inner");
+      answered.emplace_back(u"inner");
       EXPECT_TRUE(Answer(u"PlatformTest outer"));
     }
     if (message == WM_TIMER && id == 3 && Answer(u"PlatformTest inner")) windowing.KillTimer(w, 3);
@@ -105,7 +105,7 @@ TEST_F(MessageBoxes, ABoxWithinABoxIsAnsweredFirst) {
   });
   windowing.SetTimer(owner, 2, 50);
   windowing.MessageBoxW(owner, u"text", u"PlatformTest outer", MB_OK);
-  answered.push_back(u"outer");
+  answered.emplace_back(u"outer");
   EXPECT_EQ(answered, (std::vector<std::u16string>{u"inner", u"outer"}));
 }
 

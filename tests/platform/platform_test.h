@@ -32,6 +32,8 @@ class TestMachine {
   TestMachine& operator=(const TestMachine&) = delete;
 
   Backend backend() const;
+  // 8 for Wine 8.0.
+  int wineVersion() const;
   void MakeFolder(const std::u16string& path);
   // With all that is in it. No failure when there is none.
   void RemoveFolder(const std::u16string& path);
@@ -49,7 +51,8 @@ class PlatformTest : public testing::Test {
   // Succeeds when `documented` holds; where an exception is known, when it does not. Fails there
   // once the backend has improved: then the exception goes.
   static testing::AssertionResult HoldsExcept(bool exception, bool documented);
-  bool OnWine() const;
+  // `upTo`: the last version of Wine that is meant.
+  bool OnWine(int upTo = 99) const;
 
   // Runs `body` in a second thread of the program, from its beginning to its end.
   void RunInAnotherThread(std::function<void()> body);

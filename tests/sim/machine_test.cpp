@@ -47,10 +47,9 @@ TEST(Machine, ProcessesThatSleepTakeTurnsByTheirDeadlines) {
 
 TEST(Machine, ExitCodeIsWhatTheBodyGives) {
   Machine machine;
-  Process& process =
-      machine.StartProcess(u"C:\\a.exe", u"/X", [](const char16_t* line) {
-        return static_cast<std::uint32_t>(std::u16string(line).size());
-      });
+  Process& process = machine.StartProcess(u"C:\\a.exe", u"/X", [](const char16_t* line) {
+    return static_cast<std::uint32_t>(std::u16string(line).size());
+  });
   machine.Settle();
   ASSERT_TRUE(process.ended());
   EXPECT_EQ(process.exitCode(), 2U);

@@ -1,5 +1,5 @@
-// A frame with its hidden window inside the test's own simulated process, for tests that look at the
-// frame's fields or call its window procedure straight away.
+// A frame with its hidden window inside the test's own simulated process, for tests that look at
+// the frame's fields or call its window procedure straight away.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,8 +15,8 @@ class FrameTest : public testing::Test {
   FrameTest();
   ~FrameTest() override;
 
-  // Handles this thread's messages, as the agent's loop does, for that much virtual time (at least 10
-  // ms), or until WM_QUIT. The messages that came to the frame's window, in order.
+  // Handles this thread's messages, as the agent's loop does, for that much virtual time (at least
+  // 10 ms), or until WM_QUIT. The messages that came to the frame's window, in order.
   std::vector<platform::Message> Pump(std::uint32_t milliseconds = 10);
   // Has the window procedure handle a message at once.
   void Send(std::uint32_t message, platform::WPARAM wParam = 0, platform::LPARAM lParam = 0);

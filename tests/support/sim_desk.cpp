@@ -21,8 +21,7 @@ std::vector<std::uint64_t> SimAgent::Timers() const {
   return ids;
 }
 
-void SimAgent::Post(std::uint32_t message, platform::WPARAM wParam,
-                    platform::LPARAM lParam) const {
+void SimAgent::Post(std::uint32_t message, platform::WPARAM wParam, platform::LPARAM lParam) const {
   m_machine.desktop().Post(Window()->handle, message, wParam, lParam);
   m_machine.Settle();
 }

@@ -1,5 +1,5 @@
-// Plays a session script on the built .EXE: starts it, posts to its window, waits for its end. Its exit
-// code is that of the first agent, or 1 when the session couldn't be played to its end.
+// Plays a session script on the built .EXE: starts it, posts to its window, waits for its end. Its
+// exit code is that of the first agent, or 1 when the session couldn't be played to its end.
 //
 //   session_driver --agent PATH [--log] SCRIPT
 #include <cstdio>
@@ -170,8 +170,8 @@ bool EnableTrayLog() {
                       nullptr, &key, nullptr) != ERROR_SUCCESS)
     return false;
   const DWORD on = 1;
-  const LSTATUS status = RegSetValueExW(key, L"K_QTR", 0, REG_DWORD,
-                                        reinterpret_cast<const BYTE*>(&on), sizeof on);
+  const LSTATUS status =
+      RegSetValueExW(key, L"K_QTR", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
   RegCloseKey(key);
   return status == ERROR_SUCCESS;
 }

@@ -21,6 +21,7 @@ TestMachine::~TestMachine() {
 }
 
 Backend TestMachine::backend() const { return Backend::kSimulation; }
+int TestMachine::wineVersion() const { return 0; }
 
 void TestMachine::MakeFolder(const std::u16string& path) {
   m_inside->machine.files().MakeFolder(path);

@@ -1,0 +1,140 @@
+// vgldesk as its user meets it: words in, lines and exit code out.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "desk/command_line.h"
+
+namespace desk {
+namespace {
+
+struct Outcome {
+  int code;
+  std::string out;
+  std::string err;
+};
+
+Outcome RunWords(const std::vector<std::string>& words, const std::string& input = "") {
+  std::istringstream in(input);
+  std::ostringstream out;
+  std::ostringstream err;
+  const int code = RunVgldesk(words, in, out, err);
+  return {code, out.str(), err.str()};
+}
+
+Outcome RunScript(const std::string& script, std::vector<std::string> more = {}) {
+  std::vector<std::string> words = {"run", "--script", "-"};
+  words.insert(words.end(), more.begin(), more.end());
+  return RunWords(words, script);
+}
+
+bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+constexpr char kStart[] = "start /P \"a\" /D \"d\" /O \"o\" /M \"m\"\n";
+
+TEST(Vgldesk, PlaysTheMainSessionToItsEnd) {
+  const Outcome outcome = RunWords({"run", "--log", "--script", "desk/sessions/main.session"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_TRUE(Holds(outcome.out, "3.100  agent 1   got WM_TIMER TMID_MASKCHECK\n"));
+  EXPECT_TRUE(Holds(outcome.out, "6.100  agent 1   got WM_TIMER TMID_MASKCHECK\n"));
+  EXPECT_TRUE(Holds(outcome.out, "log| 1000;   10:08.000; ***** LOG END ******\n"));
+  EXPECT_TRUE(Holds(outcome.out, "8.000  agent 1   ended with code 0\n"));
+  EXPECT_TRUE(Holds(outcome.out, "in the temp folder: nothing\n"));
+}
+
+TEST(Vgldesk, KeepsTheParameterFileOfTheMachinesRunKey) {
+  const Outcome outcome = RunWords({"run", "--script", "desk/sessions/kept_file.session"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_TRUE(Holds(outcome.out, "in the temp folder: K_Q0002.tmp\n"));
+}
+
+TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTenSeconds) {
+  const Outcome outcome =
+      RunWords({"run", "--", "/P", "Studio 7200", "/D", "d", "/O", "USB001", "/M", "S7200"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_TRUE(Holds(outcome.out,
+                    "started: C:\\Program Files\\KAVRO\\VGL3\\K_QD21TR.EXE /P \"Studio "
+                    "7200\" /D \"d\" /O \"USB001\" /M \"S7200\"\n"));
+  EXPECT_TRUE(Holds(outcome.out, "10.000  script    posts WM_CLOSE to agent 1\n"));
+}
+
+TEST(Vgldesk, ShowsTheTrayLogOnlyWhenAsked) {
+  EXPECT_FALSE(Holds(RunScript(std::string(kStart) + "kill\n").out, "log| "));
+  EXPECT_TRUE(Holds(RunScript(std::string(kStart) + "kill\n", {"--log"}).out, "log| "));
+}
+
+TEST(Vgldesk, GivesTheExitCodeOfTheFirstAgent) {
+  EXPECT_EQ(RunScript(std::string(kStart) + "wait 500\npost 18 7\nawait-end 10\n").code, 7);
+}
+
+TEST(Vgldesk, TheSameSeedPrintsTheSameLines) {
+  const std::string script = std::string(kStart) + kStart + "wait 5000\nkill @1\nkill @2\n";
+  EXPECT_EQ(RunScript(script, {"--seed", "5"}).out, RunScript(script, {"--seed", "5"}).out);
+}
+
+TEST(Vgldesk, AnAgentThatStillRunsFailsTheSession) {
+  const Outcome outcome = RunScript(kStart);
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "vgldesk: agent 1 still runs at the end of the script\n");
+}
+
+TEST(Vgldesk, AnAgentThatDoesntEndInTimeFailsTheSession) {
+  const Outcome outcome = RunScript(std::string(kStart) + "await-end 100\n");
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "vgldesk: line 2: agent 1 still runs\n");
+}
+
+TEST(Vgldesk, PostingToAnAgentWithoutAWindowFailsTheSession) {
+  const Outcome outcome = RunScript(std::string(kStart) + "post WM_CLOSE\n");
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "vgldesk: line 2: agent 1 has no window\n");
+}
+
+TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
+  const struct {
+    std::vector<std::string> words;
+    std::string part;
+  } cases[] = {
+      {{}, "vgldesk: \"\" is no command; the command is run"},
+      {{"walk"}, "vgldesk: \"walk\" is no command; the command is run"},
+      {{"run"}, "give --script FILE, or an agent's command line behind --"},
+      {{"run", "--seed", "many", "--", "/R"}, "--seed"},
+      {{"run", "--loud", "--", "/R"}, "--loud"},
+      {{"run", "--script", "x", "--", "/R"}, "give either --script or a command line behind --"},
+      {{"run", "--script", "no/such.session"}, "the script no/such.session can't be read"},
+  };
+  for (const auto& [words, part] : cases) {
+    const Outcome outcome = RunWords(words);
+    EXPECT_EQ(outcome.code, 2) << part;
+    EXPECT_TRUE(Holds(outcome.err, part)) << outcome.err;
+    EXPECT_EQ(outcome.out, "");
+  }
+}
+
+TEST(Vgldesk, MistakesOfTheScriptAreNamedAndGiveTwo) {
+  const Outcome outcome = RunScript("start\nwait soon\n");
+  EXPECT_EQ(outcome.code, 2);
+  EXPECT_EQ(outcome.err,
+            "vgldesk run: -: line 2: \"soon\" is no number of milliseconds, as in \"wait 3000\"\n");
+}
+
+TEST(Vgldesk, HelpTellsTheOptionsAndGivesZero) {
+  const Outcome outcome = RunWords({"run", "--help"});
+  EXPECT_EQ(outcome.code, 0);
+  for (const char* option : {"--log", "--seed", "--script", "--for"})
+    EXPECT_TRUE(Holds(outcome.out, option)) << option;
+}
+
+TEST(Vgldesk, GivesWordsTheirQuotesBack) {
+  EXPECT_EQ(AgentCommandLine({"/P", "Studio 7200", "/R"}), "/P \"Studio 7200\" /R");
+  EXPECT_EQ(AgentCommandLine({"/P \"a b\" /R"}), "/P \"a b\" /R");
+  EXPECT_EQ(AgentCommandLine({"/P", "\"a b\""}), "/P \"a b\"");
+  EXPECT_EQ(AgentCommandLine({"/P", ""}), "/P \"\"");
+  EXPECT_EQ(AgentCommandLine({}), "");
+}
+
+}  // namespace
+}  // namespace desk
