@@ -1,13 +1,13 @@
-// Where Windows enters the agent.
+// Where Windows enters the program.
 #include <string>
 #include <string_view>
 
-#include "app/tray_app.h"
+#include "platform/program_main.h"
 #include "platform/win32/conversion.h"
 
 int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPWSTR commandLine,
                     int /*show*/) {
   const std::wstring_view native(commandLine);
   const std::u16string text(native.begin(), native.end());
-  return vgl::TrayAgentMain(text.c_str());
+  return platform::ProgramMain(text.c_str());
 }
