@@ -15,7 +15,6 @@ platform::ProcessWideValue<HMODULE> g_hResDll;
 
 namespace {
 
-constexpr std::uint32_t kMaskCheckPeriod = 3000;
 constexpr std::uint32_t kFlushLogPeriod = 900000;
 
 bool RunsOnServer() {

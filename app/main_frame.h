@@ -42,7 +42,7 @@ class CMainFrame {
   // window must be in place. One of the four results above.
   std::int32_t StartUp();
 
-  // 1 this process is the printer's agent, 0 there is one already, which was told.
+  // 1 this process is the printer's agent, 0 it isn't: there is one already, which was told.
   std::int32_t DuplicationChk();
 
   // Writes "TrayIconEnable" as 0 into the printer's record. 1 when that was done, 0 when there is
@@ -61,6 +61,9 @@ class CMainFrame {
   // 1 the printer is there, or a utility runs and nothing can be said; 0 it is gone and what would
   // bring the agent back has been removed.
   std::int32_t ChkDelPrn();
+
+  // Whether a menu id is that of one of the slots that could be made.
+  bool IsExMenuSlot(std::uint32_t id) const;
 
   // The printer's name, or the port's where no printer name is known.
   const FixedText<260>& PrinterOrPort() const;
@@ -101,6 +104,7 @@ class CMainFrame {
   // Timers: the id while armed, else 0.
   std::uint64_t m_uhPrinterCheck = 0, m_uhMaskCheck = 0, m_uhNetPilot = 0, m_uhFlushLog = 0,
                 m_uhInvitationMonitor = 0, m_uhClick = 0;
+  static constexpr std::uint32_t kMaskCheckPeriod = 3000;  // of TMID_MASKCHECK in ms
   std::uint32_t m_uEndTime = 0;           // period of TMID_PRINTERCHECK in ms, 0: none
   std::uint32_t m_uInvitationPeriod = 0;  // of TMID_INVITATION after its first run, in ms
 
@@ -113,7 +117,6 @@ class CMainFrame {
   void OnDestroy();
   void OnCommand(std::uint32_t id);
   void OnAux(std::uint32_t id);
-  bool IsExMenuSlot(std::uint32_t id) const;
   void OnMeasureItem(platform::MeasureItem& item);
   void OnDrawItem(const platform::DrawItem& item);
   void OnKickInvitationEvents();

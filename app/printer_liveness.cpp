@@ -6,10 +6,6 @@ namespace vgl {
 
 using namespace platform;
 
-namespace {
-constexpr std::uint32_t kMaskCheckPeriod = 3000;
-}
-
 void CMainFrame::OnMaskCheckTimer() {
   TrayLogText(u"CMainFrame::OnTimer : Mask check");
   StopTimer(TMID_MASKCHECK, m_uhMaskCheck);

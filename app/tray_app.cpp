@@ -2,7 +2,6 @@
 
 #include <new>
 
-#include "Common/fatal_error.h"
 #include "Common/tray_log.h"
 
 namespace vgl {
@@ -67,14 +66,12 @@ HWND MakeTrayWindow() {
                                         WS_MINIMIZE | WS_OVERLAPPEDWINDOW, instance);
 }
 
-// A name that is too long ends the process here, past the making of the window and without the
-// frame's orderly end.
-void CopyIdentity(const CCmdLineInfo& cmdInfo, CMainFrame& frame) {
-  const bool fits = frame.m_szModelID.Assign(cmdInfo.m_szModelID) &&
-                    frame.m_szPrinterName.Assign(cmdInfo.m_szPrinterName) &&
-                    frame.m_szPortName.Assign(cmdInfo.m_szPortName) &&
-                    frame.m_szDriverName.Assign(cmdInfo.m_szDriverName);
-  if (!fits) FatalError();
+// False when a name is too long for its field.
+bool CopyIdentity(const CCmdLineInfo& cmdInfo, CMainFrame& frame) {
+  return frame.m_szModelID.Assign(cmdInfo.m_szModelID) &&
+         frame.m_szPrinterName.Assign(cmdInfo.m_szPrinterName) &&
+         frame.m_szPortName.Assign(cmdInfo.m_szPortName) &&
+         frame.m_szDriverName.Assign(cmdInfo.m_szDriverName);
 }
 
 }  // namespace
@@ -96,7 +93,8 @@ bool CTrayIconApp::InitInstance(const char16_t* commandLine) {
   if (m_frame == nullptr) return false;
   g_pMainFrame = m_frame.get();
   m_frame->m_hWnd = MakeTrayWindow();
-  CopyIdentity(cmdInfo, *m_frame);
+  // The window stands already, but the frame has nothing yet that its orderly end would give back.
+  if (!CopyIdentity(cmdInfo, *m_frame)) return false;
   m_frame->m_fRemove = cmdInfo.m_fRemove;
   m_frame->m_fIconInstall = cmdInfo.m_fIconInstall;
 
@@ -107,12 +105,14 @@ bool CTrayIconApp::InitInstance(const char16_t* commandLine) {
 
 bool CTrayIconApp::ActOnStartUp(std::int32_t result, CCmdLineInfo& cmdInfo) {
   CMainFrame& frame = *g_pMainFrame;
+  const bool ends = result == CMainFrame::kEndQuietly || result == CMainFrame::kEndMasked ||
+                    result == CMainFrame::kEndAndDropAutoStart;
   if (result == CMainFrame::kEndAndDropAutoStart) {
     DeleteStartupReg(cmdInfo.m_szPrinterName.c_str(), cmdInfo.m_szFileName.c_str());
     cmdInfo.DeleteParamFile(cmdInfo.m_szFileName.c_str());
     frame.DisableIconReg();
   }
-  if (result != CMainFrame::kRun) {
+  if (ends) {
     frame.DestroyWindow();
     return false;
   }

@@ -22,12 +22,13 @@ void CMainFrame::OnMessage(std::uint32_t message, WPARAM wParam, LPARAM lParam) 
       TrayLogText(u"WM_CLOSE");
       break;
     case WM_MEASUREITEM:
-      if (auto& item = *reinterpret_cast<MeasureItem*>(lParam); IsExMenuSlot(item.itemId))
-        OnMeasureItem(item);
+      if (auto* item = reinterpret_cast<MeasureItem*>(lParam); item && IsExMenuSlot(item->itemId))
+        OnMeasureItem(*item);
       break;
     case WM_DRAWITEM:
-      if (const auto& item = *reinterpret_cast<const DrawItem*>(lParam); IsExMenuSlot(item.itemId))
-        OnDrawItem(item);
+      if (auto* item = reinterpret_cast<const DrawItem*>(lParam);
+          item && IsExMenuSlot(item->itemId))
+        OnDrawItem(*item);
       break;
     case WM_COMMAND:
       OnCommand(static_cast<std::uint32_t>(wParam & 0xFFFF));

@@ -68,6 +68,7 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   run->add_option("--script", scriptFile, "play the session script in FILE (- for standard input)")
       ->type_name("FILE");
   run->add_option("--for", milliseconds, "without a script: virtual time until WM_CLOSE")
+      ->check(CLI::Range(std::uint64_t{0}, kMostMilliseconds))
       ->type_name("MS");
   try {
     std::vector<std::string> reversed(own.rbegin(), own.rend());

@@ -35,10 +35,24 @@ class Player {
   }
 
  private:
+  // An event is one line, whatever line ends its text has.
+  static std::string OnOneLine(const std::string& text) {
+    std::string line;
+    for (const char c : text) {
+      if (c == '\r')
+        line += "\\r";
+      else if (c == '\n')
+        line += "\\n";
+      else
+        line += c;
+    }
+    return line;
+  }
+
   void Line(std::uint32_t processId, const std::string& text) {
     m_out << std::setw(9) << m_machine.now() / 1000 << '.' << std::setfill('0') << std::setw(3)
           << m_machine.now() % 1000 << std::setfill(' ') << "  " << std::left << std::setw(8)
-          << NameOf(processId) << std::right << "  " << text << '\n';
+          << NameOf(processId) << std::right << "  " << OnOneLine(text) << '\n';
   }
 
   std::string NameOf(std::uint32_t processId) const {
@@ -106,7 +120,9 @@ class Player {
     if (window == nullptr) return Fail(command, NameOf(AgentOf(command).id()) + " has no window");
     Line(0, "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) + " to " +
                 NameOf(AgentOf(command).id()));
-    m_machine.desktop().Post(window->handle, command.message, command.wParam, command.lParam);
+    if (m_machine.desktop().Post(window->handle, command.message, command.wParam, command.lParam) !=
+        platform::ERROR_SUCCESS)
+      return Fail(command, "this message can't be posted");
     m_machine.Settle();
     return true;
   }

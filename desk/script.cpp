@@ -10,7 +10,6 @@ namespace desk {
 
 const std::vector<NamedNumber>& KnownMessages() {
   static const std::vector<NamedNumber> kNames = {
-      {"WM_CREATE", platform::WM_CREATE},
       {"WM_DESTROY", platform::WM_DESTROY},
       {"WM_CLOSE", platform::WM_CLOSE},
       {"WM_COMMAND", platform::WM_COMMAND},
@@ -47,8 +46,11 @@ std::optional<T> Number(std::string_view word) {
   return value;
 }
 
-std::optional<std::int64_t> NumberOrName(std::string_view word) {
-  for (const auto* names : {&KnownMessages(), &KnownTimers()})
+using Names = std::vector<NamedNumber>;
+
+std::optional<std::int64_t> NumberOrName(std::string_view word,
+                                         std::initializer_list<const Names*> lists) {
+  for (const Names* names : lists)
     for (const NamedNumber& known : *names)
       if (word == known.name) return known.number;
   return Number<std::int64_t>(word);
@@ -144,21 +146,22 @@ class Reader {
     std::string word;
     words >> word;
     const auto number = Number<std::uint64_t>(word);
-    if (!number) return Fail("\"" + word + "\" is no number of milliseconds, as in \"wait 3000\"");
+    if (!number || *number > kMostMilliseconds)
+      return Fail("\"" + word + "\" is no number of milliseconds, as in \"wait 3000\"");
     m_command.milliseconds = *number;
   }
 
   void ReadMessage(std::istringstream& words) {
     std::string word;
     if (!(words >> word)) return Fail("post needs a message, as in \"post WM_CLOSE\"");
-    const auto message = NumberOrName(word);
+    const auto message = NumberOrName(word, {&KnownMessages()});
     if (!message || *message < 0 || *message > 0xFFFF)
       return Fail("\"" + word + "\" is no message; use a name as WM_CLOSE or a number");
     m_command.message = static_cast<std::uint32_t>(*message);
     std::int64_t arguments[2] = {};
     for (std::int64_t& argument : arguments) {
       if (!(words >> word)) break;
-      const auto number = NumberOrName(word);
+      const auto number = NumberOrName(word, {&KnownMessages(), &KnownTimers()});
       if (!number) return Fail("\"" + word + "\" is neither a number nor the name of one");
       argument = *number;
     }

@@ -1,19 +1,8 @@
 // Session scripts: what happens to agents on a machine, step by step. The same script is played on
 // the simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
 //
-// A script is UTF-8 text of lines; a # at a line's start makes it a comment. Commands:
-//
-//   param NAME                  writes the lines up to "end" as parameter file NAME in the temp
-//   folder start [COMMAND LINE]        starts an agent; the first one is agent 1, the next agent 2,
-//   ... wait MILLISECONDS           lets that much time pass post [@AGENT] MESSAGE [WPARAM
-//   [LPARAM]]
-//                               posts a message to an agent's window; names (WM_CLOSE,
-//                               WM_VGL3_UPDATE_ICON, TMID_FLUSHLOG, ...) or numbers
-//   kill [@AGENT]               ends an agent's process by force
-//   await-end [@AGENT] MILLISECONDS
-//                               waits for an agent to end; a script fails here when it doesn't
-//
-// Without @AGENT the agent that was started last is meant.
+// A script is UTF-8 text of lines; a # at a line's start makes it a comment. The commands are told
+// in docs/sessions.md: param, start, wait, post, kill, await-end.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +11,9 @@
 #include <vector>
 
 namespace desk {
+
+// The longest time that a script may name, some 24 days.
+inline constexpr std::uint64_t kMostMilliseconds = 0x7FFFFFFF;
 
 struct Command {
   enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd };

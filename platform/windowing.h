@@ -94,7 +94,8 @@ class Windowing {
                                  LPARAM lParam) = 0;
 
   // Puts a message behind those waiting for the window's thread. False with 1400 when the window is
-  // gone. HWND{} posts to the calling thread itself.
+  // gone, with 1159 for a message whose arguments are pointers (WM_CREATE, WM_NCCREATE,
+  // WM_DRAWITEM, WM_MEASUREITEM among them). HWND{} posts to the calling thread itself.
   virtual bool PostMessageW(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) = 0;
 
   // Has the window's procedure handle a message at once and gives its result; waits for a window of

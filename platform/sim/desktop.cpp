@@ -9,16 +9,25 @@ namespace sim {
 
 using namespace platform;
 
+namespace {
+
+// What these point to would be gone when a posted one is handled; they can only be sent.
+bool CarriesPointers(std::uint32_t message) {
+  return message == WM_CREATE || message == WM_NCCREATE || message == WM_DRAWITEM ||
+         message == WM_MEASUREITEM;
+}
+
+}  // namespace
+
 Window* Desktop::Find(HWND handle) {
-  const auto found = std::find_if(m_windows.begin(), m_windows.end(),
-                                  [&](const auto& window) { return window->handle == handle; });
-  return found == m_windows.end() ? nullptr : found->get();
+  const auto found = m_windows.find(handle);
+  return found == m_windows.end() ? nullptr : found->second.get();
 }
 
 Window* Desktop::Find(const char16_t* className, const char16_t* title) {
   const std::u16string wantedClass = FoldCase(View(className));
   const std::u16string wantedTitle = FoldCase(View(title));
-  for (const auto& window : m_windows) {
+  for (const auto& [handle, window] : m_windows) {
     if (className != nullptr && FoldCase(window->className) != wantedClass) continue;
     if (title != nullptr && FoldCase(window->title) != wantedTitle) continue;
     return window.get();
@@ -34,9 +43,14 @@ Window* Desktop::FindOf(const Process& process, std::u16string_view className) {
 
 std::vector<Window*> Desktop::WindowsOf(const Process& process) {
   std::vector<Window*> found;
-  for (const auto& window : m_windows)
+  for (const auto& [handle, window] : m_windows)
     if (window->thread->process() == &process) found.push_back(window.get());
   return found;
+}
+
+const WindowClassRecord* Desktop::ClassOf(const Process& process, std::u16string_view name) const {
+  const auto found = m_classes.find({&process, FoldCase(name)});
+  return found == m_classes.end() ? nullptr : &found->second;
 }
 
 std::vector<Timer> Desktop::TimersOf(HWND handle) {
@@ -48,17 +62,18 @@ std::vector<Timer> Desktop::TimersOf(HWND handle) {
   return found;
 }
 
-bool Desktop::Post(HWND handle, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+std::int32_t Desktop::Post(HWND handle, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
   Window* window = Find(handle);
-  if (window == nullptr) return false;
+  if (window == nullptr) return ERROR_INVALID_WINDOW_HANDLE;
+  if (CarriesPointers(message)) return ERROR_MESSAGE_SYNC_ONLY;
   QueueOf(*window->thread).posted.push_back({handle, message, wParam, lParam});
   m_machine.scheduler().Wake(*window->thread);
-  return true;
+  return ERROR_SUCCESS;
 }
 
 std::vector<Window*> Desktop::Boxes() {
   std::vector<Window*> boxes;
-  for (const auto& window : m_windows)
+  for (const auto& [handle, window] : m_windows)
     if (window->className == u"#32770" && !window->answer) boxes.push_back(window.get());
   return boxes;
 }
@@ -84,7 +99,7 @@ void Desktop::DropThread(Thread& thread) {
     sent->answered = true;
     m_machine.scheduler().Wake(*sent->sender);
   }
-  std::erase_if(m_windows, [&](const auto& window) { return window->thread == &thread; });
+  std::erase_if(m_windows, [&](const auto& entry) { return entry.second->thread == &thread; });
   m_queues.erase(&thread);
 }
 

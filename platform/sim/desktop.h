@@ -28,6 +28,7 @@ struct WindowClassRecord {
 
 struct Window {
   platform::HWND handle{};
+  platform::HWND owner{};  // of a message box
   Thread* thread = nullptr;
   std::u16string className;
   std::u16string title;
@@ -75,17 +76,23 @@ class Desktop {
   // Of one process's windows the first of that class.
   Window* FindOf(const Process& process, std::u16string_view className);
   std::vector<Window*> WindowsOf(const Process& process);
+  // Null when the process has registered no such class.
+  const WindowClassRecord* ClassOf(const Process& process, std::u16string_view name) const;
   // Timers of a window, in the order in which they were set.
   std::vector<Timer> TimersOf(platform::HWND window);
 
-  // Posts a message as another program would. False when the window is gone.
-  bool Post(platform::HWND window, std::uint32_t message, platform::WPARAM wParam = 0,
-            platform::LPARAM lParam = 0);
+  // Posts a message as another program would. 0, or the error of PostMessageW: 1400 when the window
+  // is gone, 1159 for a message whose arguments are pointers.
+  std::int32_t Post(platform::HWND window, std::uint32_t message, platform::WPARAM wParam = 0,
+                    platform::LPARAM lParam = 0);
 
   // The message boxes that are open, oldest first; each is a window with `text`.
   std::vector<Window*> Boxes();
   // Presses the button with that id on an open message box.
   void Answer(Window& box, std::int32_t id = platform::IDOK);
+  // How many messages have got the system's own handling so far.
+  std::uint64_t defaultHandlings() const { return m_defaultHandlings; }
+
   // From now on every message box is answered with `id` as soon as it shows.
   void AnswerBoxesAtOnce(std::int32_t id = platform::IDOK) { m_answerAtOnce = id; }
 
@@ -111,7 +118,8 @@ class Desktop {
   std::uint64_t m_nextWindow = 0x10010;
   std::uint64_t m_nextThreadTimer = 0x7F00;
   std::uint64_t m_turns = 0;
-  std::vector<std::unique_ptr<Window>> m_windows;
+  std::uint64_t m_defaultHandlings = 0;
+  std::map<platform::HWND, std::unique_ptr<Window>> m_windows;  // handles grow: oldest first
   std::map<std::pair<const Process*, std::u16string>, WindowClassRecord> m_classes;
   std::uint16_t m_nextAtom = 0xC001;
   std::unordered_map<Thread*, MessageQueue> m_queues;

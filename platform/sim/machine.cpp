@@ -97,6 +97,7 @@ void Machine::FinishThread(Thread& thread) {
   m_objects.Abandon(thread, m_scheduler);
   m_desktop.DropThread(thread);
   thread.process()->RemoveThread(thread);
+  if (thread.process()->ended()) thread.process()->FreeWideVariables();
 }
 
 void Machine::EndProcess(Process& process, std::uint32_t exitCode) {
@@ -125,8 +126,9 @@ bool Machine::RunUntilEnded(const Process& process, std::uint64_t limit) {
 void Machine::Trace(std::u16string text) {
   const Thread* thread = CurrentThread();
   const Process* process = thread == nullptr ? nullptr : thread->process();
-  m_trace.push_back({now(), process == nullptr ? 0 : process->id(), std::move(text)});
-  if (m_observer) m_observer(m_trace.back());
+  Event event{now(), process == nullptr ? 0 : process->id(), std::move(text)};
+  if (m_observer) m_observer(event);
+  if (m_keepsTrace) m_trace.push_back(std::move(event));
 }
 
 Inside::Inside(Machine& machine, std::u16string imagePath)

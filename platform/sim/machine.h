@@ -28,7 +28,7 @@
 
 namespace sim {
 
-// Something that happened, in words: "set timer 4 of window 00010010: 3000 ms".
+// Something that happened, in words: "set timer 4: 3000 ms".
 struct Event {
   std::uint64_t time = 0;       // virtual milliseconds since the machine was made
   std::uint32_t processId = 0;  // 0 for what the test or tool did
@@ -43,7 +43,8 @@ class Machine {
   using Body = std::function<std::uint32_t(const char16_t* commandLine)>;
 
   // The same seed and the same doings give the same trace. Seed 0 lets every thread run until it
-  // waits; any other seed chooses at each platform call which ready thread goes on.
+  // waits; with any other, each platform call that doesn't give something back may let another
+  // ready thread go first, as the seed has it.
   explicit Machine(std::uint64_t seed = 0);
   // Ends whatever still runs.
   ~Machine();
@@ -80,6 +81,8 @@ class Machine {
   // As RunUntil for the end of one process.
   bool RunUntilEnded(const Process& process, std::uint64_t limit);
 
+  // Whether events are kept for trace(), as they are at first; a long run may only want to observe.
+  void KeepTrace(bool keep) { m_keepsTrace = keep; }
   const std::vector<Event>& trace() const { return m_trace; }
   // Calls `observer` for each event as it happens.
   void Observe(std::function<void(const Event&)> observer) { m_observer = std::move(observer); }
@@ -95,6 +98,7 @@ class Machine {
 
   Scheduler m_scheduler;
   std::vector<Event> m_trace;
+  bool m_keepsTrace = true;
   std::function<void(const Event&)> m_observer;
   SystemState m_system;
   NamedObjects m_objects;

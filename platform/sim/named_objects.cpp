@@ -13,8 +13,13 @@ Waitable::~Waitable() {
   if (!m_name.empty()) m_objects.m_byName.erase(m_name);
 }
 
-void Waitable::WakeWaiters(Scheduler& scheduler) {
-  for (Thread* waiter : waiters) scheduler.Wake(*waiter);
+void Waitable::HandOver(Scheduler& scheduler) {
+  while (!m_waiters.empty() && IsFreeFor(*m_waiters.front()->thread)) {
+    Waiter& waiter = *m_waiters.front();
+    m_waiters.erase(m_waiters.begin());
+    waiter.result = Take(*waiter.thread);
+    scheduler.Wake(*waiter.thread);
+  }
 }
 
 Mutex::~Mutex() { std::erase(m_objects.m_owned, this); }
@@ -44,7 +49,7 @@ void Mutex::Abandon(Scheduler& scheduler) {
 void Mutex::Free(Scheduler& scheduler) {
   m_owner = nullptr;
   std::erase(m_objects.m_owned, this);
-  WakeWaiters(scheduler);
+  HandOver(scheduler);
 }
 
 std::uint32_t Semaphore::Take(Thread&) {
@@ -55,7 +60,7 @@ std::uint32_t Semaphore::Take(Thread&) {
 bool Semaphore::Release(std::int32_t count, Scheduler& scheduler) {
   if (count > m_maximum - m_count) return false;
   m_count += count;
-  WakeWaiters(scheduler);
+  HandOver(scheduler);
   return true;
 }
 
@@ -199,21 +204,22 @@ std::uint32_t KernelObjectCalls::WaitForSingleObject(HANDLE handle, std::uint32_
   Waitable* object = FindObject<Waitable>(call, handle, body);
   if (object == nullptr) return WAIT_FAILED;
 
+  if (object->IsFreeFor(call.thread())) return object->Take(call.thread());
   struct Waiting {
     Waitable& object;
-    Thread* thread;
-    Waiting(Waitable& waitedFor, Thread& waiter) : object(waitedFor), thread(&waiter) {
-      object.waiters.push_back(thread);
+    Waitable::Waiter waiter;
+    Waiting(Waitable& waitedFor, Thread& thread) : object(waitedFor), waiter{&thread, {}} {
+      object.AddWaiter(waiter);
     }
-    ~Waiting() { std::erase(object.waiters, thread); }
+    ~Waiting() { object.RemoveWaiter(waiter); }
   };
+  const Waiting waiting(*object, call.thread());
   const std::uint64_t deadline = milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
-  while (!object->IsFreeFor(call.thread())) {
+  while (!waiting.waiter.result) {
     if (m_machine.now() >= deadline) return WAIT_TIMEOUT;
-    const Waiting waiting(*object, call.thread());
     m_machine.scheduler().Block(deadline);
   }
-  return object->Take(call.thread());
+  return *waiting.waiter.result;
 }
 
 bool KernelObjectCalls::CloseHandle(HANDLE handle) {

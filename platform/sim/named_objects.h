@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,14 +31,23 @@ class Waitable {
   // Takes the object for `thread`; only when it is free. What the wait gives.
   virtual std::uint32_t Take(Thread& thread) = 0;
 
-  void WakeWaiters(Scheduler& scheduler);
-  std::vector<Thread*> waiters;
+  // A thread that waits, and what its wait gives once the object was handed to it.
+  struct Waiter {
+    Thread* thread;
+    std::optional<std::uint32_t> result;
+  };
+  void AddWaiter(Waiter& waiter) { m_waiters.push_back(&waiter); }
+  void RemoveWaiter(Waiter& waiter) { std::erase(m_waiters, &waiter); }
 
  protected:
+  // Gives the object, as far as it is free, to those that wait for it, the longest first.
+  void HandOver(Scheduler& scheduler);
+
   NamedObjects& m_objects;
 
  private:
   std::u16string m_name;  // empty: unnamed
+  std::vector<Waiter*> m_waiters;
 };
 
 class Mutex final : public Waitable {

@@ -15,8 +15,11 @@ Process::Process(Machine& machine, std::uint32_t id, std::u16string imagePath,
       m_imagePath(std::move(imagePath)),
       m_commandLine(std::move(commandLine)) {}
 
-Process::~Process() {
+Process::~Process() { FreeWideVariables(); }
+
+void Process::FreeWideVariables() {
   for (const auto& [key, variable] : m_wideVariables) variable.destroy(variable.value);
+  m_wideVariables.clear();
 }
 
 std::vector<std::u16string> Process::Ledger() const {

@@ -56,9 +56,11 @@ class Process {
   // Lets the `number`th platform call from now on fail, counted from 1, if it is one that can fail.
   // Calls that give something back (closing, releasing) are counted but don't fail by number.
   void FailCall(std::uint64_t number) { m_failAt = m_calls + number; }
-  // Lets the next call of that operation fail with `error`, whatever its kind.
+  // Lets the next call of that operation fail with `error`, also when it gives something back. It
+  // must be one that can fail at all (its contract names a failure).
   void FailNext(std::string_view operation, std::int32_t error);
-  // Ends the process by force at its call of that number from now on: a bound for endless loops.
+  // Ends the process by force at its call of that number from now on: a bound for endless loops,
+  // which are to make their calls outside destructors.
   void StopAfterCalls(std::uint64_t number) { m_stopAt = m_calls + number; }
   std::uint64_t calls() const { return m_calls; }
   // The operation that FailCall hit; empty when the call of that number wasn't one that can fail,
@@ -83,6 +85,9 @@ class Process {
   std::int32_t FaultOf(const char* operation, bool release, std::int32_t usual);
 
   void* Copy(const void* key, void* (*make)(), void (*destroy)(void*));
+
+  // Destroys the copies of process-wide variables, by a thread of the process that is at its end.
+  void FreeWideVariables();
 
   void AddThread(Thread& thread) { m_threads.push_back(&thread); }
   void RemoveThread(Thread& thread);

@@ -47,6 +47,7 @@ void Scheduler::RunThread(Thread& thread, const std::function<void()>& body) {
 void Scheduler::Block(std::uint64_t deadline) {
   Thread& self = Running();
   self.m_state = Thread::State::Blocked;
+  self.m_blockedAt = m_now;
   self.m_deadline = deadline;
   self.m_turn = ++m_turns;
   if (deadline != kNever) m_sleepers.insert({{deadline, self.m_turn}, &self});
@@ -104,7 +105,10 @@ Thread& Scheduler::ChooseNext() {
     const bool awaited = m_conductor->m_state == Thread::State::AwaitsQuiet;
     if (awaited && m_conductor->m_deadline <= m_now) return *m_conductor;
     const std::uint64_t due = std::min(NextDeadline(), awaited ? m_conductor->m_deadline : kNever);
-    if (due == kNever) {
+    const bool waitsInVain = m_conductor->m_state == Thread::State::Blocked &&
+                             m_conductor->m_deadline == kNever &&
+                             due - m_conductor->m_blockedAt > kLongestWait;
+    if (due == kNever || waitsInVain) {
       m_stuck = true;
       return *m_conductor;
     }

@@ -23,6 +23,10 @@ class Process;
 
 inline constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
 
+// How long the conductor, inside a simulated process, may wait for something that has no time of
+// its own, in milliseconds; after that a test is taken to hang, though timers of others go on.
+inline constexpr std::uint64_t kLongestWait = 24ULL * 60 * 60 * 1000;
+
 // Unwinds the stack of a simulated thread whose process has ended. Nothing but the simulation
 // catches it; it derives from nothing, so that no handler takes it by accident.
 struct ProcessEnded {};
@@ -47,15 +51,16 @@ class Thread {
   Process* m_process;
   State m_state = State::Blocked;
   std::uint64_t m_deadline = kNever;  // while blocked or awaiting quiet
-  std::uint64_t m_turn = 0;           // orders sleepers of one deadline
+  std::uint64_t m_blockedAt = 0;
+  std::uint64_t m_turn = 0;  // orders sleepers of one deadline
   std::binary_semaphore m_baton{0};
   std::thread m_host;
 };
 
 class Scheduler {
  public:
-  // Seed 0 lets a thread run until it waits, and those that are ready take turns. Any other seed
-  // chooses at every platform call who goes on.
+  // Seed 0 lets a thread run until it waits, and those that are ready take turns. With any other,
+  // MayInterleave lets another one go first as often as not.
   explicit Scheduler(std::uint64_t seed);
   ~Scheduler();
   Scheduler(const Scheduler&) = delete;

@@ -12,8 +12,8 @@ namespace sim {
 struct SystemState {
   // GetTickCount when the machine is made; it goes on with virtual time.
   std::uint32_t bootTicks = 600000;
-  // Local time of day when the machine is made, in milliseconds since midnight; days go on from
-  // `date`, which is at most the 28th (a machine is not run past the end of a month).
+  // Local time when the machine is made. Days are counted on within the month: a machine that runs
+  // past its end shows days that no calendar has.
   platform::LocalTime startTime{2026, 1, 5, 9, 0, 0, 0};
   platform::OsVersion version{10, 0, platform::VER_PLATFORM_WIN32_NT, 1};
   bool versionIsKnown = true;

@@ -44,8 +44,9 @@ Window& WindowingCalls::NewWindow(Thread& thread, const char16_t* className, con
   window->className = View(className);
   window->title = View(title);
   window->style = style;
-  desktop().m_windows.push_back(std::move(window));
-  return *desktop().m_windows.back();
+  Window& made = *window;
+  desktop().m_windows[made.handle] = std::move(window);
+  return made;
 }
 
 HWND WindowingCalls::CreateWindowExW(std::uint32_t exStyle, const char16_t* className,
@@ -80,17 +81,18 @@ LRESULT WindowingCalls::CallProcedure(const Message& message) {
 }
 
 void WindowingCalls::RemoveWindow(HWND handle) {
-  std::erase_if(desktop().m_windows, [&](const auto& window) { return window->handle == handle; });
-  for (auto& [thread, queue] : desktop().m_queues) {
-    std::erase_if(queue.posted, [&](const Message& message) { return message.window == handle; });
-    std::erase_if(queue.timers, [&](const Timer& timer) { return timer.window == handle; });
-    for (const auto& sent : queue.sent) {
-      if (sent->message.window != handle) continue;
-      sent->answered = true;
-      m_machine.scheduler().Wake(*sent->sender);
-    }
-    std::erase_if(queue.sent, [&](const auto& sent) { return sent->message.window == handle; });
+  const Window* window = desktop().Find(handle);
+  if (window == nullptr) return;
+  MessageQueue& queue = desktop().QueueOf(*window->thread);
+  desktop().m_windows.erase(handle);
+  std::erase_if(queue.posted, [&](const Message& message) { return message.window == handle; });
+  std::erase_if(queue.timers, [&](const Timer& timer) { return timer.window == handle; });
+  for (const auto& sent : queue.sent) {
+    if (sent->message.window != handle) continue;
+    sent->answered = true;
+    m_machine.scheduler().Wake(*sent->sender);
   }
+  std::erase_if(queue.sent, [&](const auto& sent) { return sent->message.window == handle; });
 }
 
 void WindowingCalls::TearDown(Window& window) {
@@ -99,6 +101,9 @@ void WindowingCalls::TearDown(Window& window) {
   const HWND handle = window.handle;
   m_machine.Trace(u"destroying window " + NameOf(handle));
   CallProcedure({handle, WM_DESTROY, 0, 0});
+  // The boxes that it owns go with it; MessageBoxW finds out by itself.
+  for (Window* box : desktop().Boxes())
+    if (box->owner == handle) RemoveWindow(box->handle);
   CallProcedure({handle, WM_NCDESTROY, 0, 0});
   RemoveWindow(handle);
 }
@@ -153,6 +158,7 @@ bool WindowingCalls::UpdateWindow(HWND handle) {
 
 LRESULT WindowingCalls::DefWindowProcW(HWND handle, std::uint32_t message, WPARAM, LPARAM) {
   const Call call("DefWindowProcW");
+  ++desktop().m_defaultHandlings;
   Window* window = desktop().Find(handle);
   if (window == nullptr) return 0;
   if (message == WM_CLOSE && window->thread == &call.thread()) TearDown(*window);
@@ -167,8 +173,8 @@ bool WindowingCalls::PostMessageW(HWND handle, std::uint32_t message, WPARAM wPa
     desktop().QueueOf(call.thread()).posted.push_back({handle, message, wParam, lParam});
     return true;
   }
-  if (!desktop().Post(handle, message, wParam, lParam)) {
-    call.SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+  if (const std::int32_t error = desktop().Post(handle, message, wParam, lParam)) {
+    call.SetLastError(error);
     return false;
   }
   m_machine.Trace(u"posted " + desktop().NameOf(message) + u" to window " + NameOf(handle));
@@ -205,9 +211,17 @@ void WindowingCalls::HandleSent(Thread& thread) {
     const std::shared_ptr<SentMessage> sent = queue.sent.front();
     queue.sent.pop_front();
     m_machine.Trace(u"got " + desktop().NameOf(sent->message.message));
+    // The sender goes on also when this process ends while it handles the message.
+    struct Answering {
+      SentMessage& message;
+      Scheduler& scheduler;
+      ~Answering() {
+        message.answered = true;
+        scheduler.Wake(*message.sender);
+      }
+    };
+    const Answering answering{*sent, m_machine.scheduler()};
     sent->result = CallProcedure(sent->message);
-    sent->answered = true;
-    m_machine.scheduler().Wake(*sent->sender);
   }
 }
 
@@ -350,6 +364,7 @@ std::int32_t WindowingCalls::MessageBoxW(HWND owner, const char16_t* text, const
     return 0;
   }
   const HWND handle = OpenBox(call.thread(), text, caption, style);
+  desktop().Find(handle)->owner = owner;
   if (Window* window = desktop().Find(owner)) window->enabled = false;
 
   const auto closed = [&] {

@@ -71,6 +71,13 @@ TEST_F(MainFrame, StartUpArmsNoPrinterCheckWhereTheProfileSaysZero) {
   EXPECT_EQ(PeriodOf(TMID_PRINTERCHECK), 0U);
 }
 
+TEST_F(MainFrame, StartUpArmsNoPrinterCheckWhereTheProfileDoesntSpeakOfIt) {
+  machine.files().WriteFile(u"C:\\Driver\\model.dat", "[S7200]\r\nOther=1\r\n");
+  ASSERT_TRUE(frame->m_szDatPath.Assign(u"C:\\Driver\\model.dat"));
+  EXPECT_EQ(frame->StartUp(), 1);
+  EXPECT_EQ(PeriodOf(TMID_PRINTERCHECK), 0U);
+}
+
 TEST_F(MainFrame, StartUpThatIsToRemoveAnAgentEndsQuietlyWithoutATrace) {
   frame->m_fRemove = 1;
   EXPECT_EQ(frame->StartUp(), 0);
@@ -109,6 +116,23 @@ TEST_F(MainFrame, DestroyWindowStopsItsTimersAndLeavesTheOtherTwoToTheWindow) {
   EXPECT_EQ(PeriodOf(TMID_NETPILOT), 60000U);
   EXPECT_EQ(PeriodOf(TMID_CLICK), 60000U);
   EXPECT_TRUE(WindowStands());
+}
+
+TEST_F(MainFrame, DestroyWindowAsksForThePrinterBeforeItStopsTheFlushOfTheUsageLog) {
+  frame->StartUp();
+  bool flushArmed = false;
+  machine.files().OnAppend([&](std::uint32_t, const std::u16string&, std::string_view line) {
+    if (line.find("ChkDelPrn : start") != std::string_view::npos)
+      flushArmed = PeriodOf(TMID_FLUSHLOG) != 0 && PeriodOf(TMID_MASKCHECK) == 0;
+  });
+  frame->DestroyWindow();
+  EXPECT_TRUE(flushArmed);
+}
+
+TEST_F(MainFrame, ChkDelPrnAsksWhetherAUtilityRuns) {
+  StartUtility();
+  EXPECT_EQ(frame->ChkDelPrn(), 1);
+  EXPECT_TRUE(HasLogged("Utility executing"));
 }
 
 TEST_F(MainFrame, DestroyWindowAsksForThePrinterAlsoAfterAStartThatLost) {

@@ -25,6 +25,7 @@ class StartResult : public FrameTest {
 };
 
 TEST_F(StartResult, OneHidesTheWindowAndRuns) {
+  machine.desktop().Find(frame->m_hWnd)->visible = true;
   EXPECT_TRUE(app.ActOnStartUp(1, cmdInfo));
   EXPECT_FALSE(machine.desktop().Find(frame->m_hWnd)->visible);
   EXPECT_FALSE(HasLogged("CMainFrame::DestroyWindow"));
@@ -43,6 +44,50 @@ TEST_F(StartResult, MinusTwoEndsWithoutTouchingTheAutoStart) {
   EXPECT_FALSE(app.ActOnStartUp(-2, cmdInfo));
   EXPECT_TRUE(HasLogged("CMainFrame::DestroyWindow"));
   EXPECT_EQ(RunValues(), std::vector<std::u16string>{desk::kPrinterName});
+  EXPECT_EQ(machine.registry().Dword(kUser, desk::kRecordPath, u"TrayIconEnable"), 1U);
+}
+
+TEST_F(StartResult, AnyOtherResultRuns) { EXPECT_TRUE(app.ActOnStartUp(2, cmdInfo)); }
+
+TEST_F(StartResult, MinusOneOfAPortFindsItsRunValueByTheParameterFile) {
+  SetRunValue(u"agent", u"x.exe /FU \"K_Q0001.tmp\"");
+  cmdInfo.m_szPrinterName.clear();
+  cmdInfo.m_szFileName = u"K_Q0001.tmp";
+  EXPECT_FALSE(app.ActOnStartUp(-1, cmdInfo));
+  EXPECT_TRUE(RunValues().empty());
+}
+
+class InsideStart : public testing::Test {
+ protected:
+  sim::Machine machine;
+  sim::Inside inside{machine};
+  CTrayIconApp app;
+
+  InsideStart() { desk::SetUpDefaultMachine(machine); }
+};
+
+TEST_F(InsideStart, IdentityAndFlagsReachTheFrame) {
+  ASSERT_TRUE(app.InitInstance(u"/P \"p\" /D \"d\" /O \"o\" /M \"m\" /I"));
+  const CMainFrame& frame = *g_pMainFrame;
+  EXPECT_EQ(frame.m_szPrinterName.view(), u"p");
+  EXPECT_EQ(frame.m_szDriverName.view(), u"d");
+  EXPECT_EQ(frame.m_szPortName.view(), u"o");
+  EXPECT_EQ(frame.m_szModelID.view(), u"m");
+  EXPECT_EQ(frame.m_fIconInstall, 1);
+  EXPECT_EQ(frame.m_fRemove, 0);
+  EXPECT_NE(frame.m_hWnd, HWND{});
+}
+
+TEST_F(InsideStart, ExitInstanceTakesTheFrameAway) {
+  ASSERT_TRUE(app.InitInstance(desk::OptionsOfDefaultPrinter().c_str()));
+  ASSERT_TRUE(g_pMainFrame != nullptr);
+  app.ExitInstance();
+  EXPECT_TRUE(g_pMainFrame == nullptr);
+}
+
+TEST_F(InsideStart, WindowClassIsAlignedToBytes) {
+  app.InitInstance(desk::OptionsOfDefaultPrinter().c_str());
+  EXPECT_EQ(machine.desktop().ClassOf(inside.process(), u"TrayIconWClass")->style, 0x2000U);
 }
 
 TEST_F(StartResult, MinusOneDropsTheAutoStartTheParameterFileAndTheIcon) {

@@ -48,6 +48,13 @@ TEST_F(Timers, NetPilotTimerTakesItsPeriodFromTheProfile) {
   EXPECT_TRUE(HasLogged("SetTimer TMID_NETPILOT : 120000"));
 }
 
+TEST_F(Timers, NetPilotTimerTakesTheDefaultWhereTheProfileDoesntSpeakOfIt) {
+  WriteProfile("[S7200]\r\nOther=1\r\n");
+  frame->m_uhNetPilot = Arm(TMID_NETPILOT, 60000);
+  Pump(60010);
+  EXPECT_EQ(PeriodOf(TMID_NETPILOT), 900000U);
+}
+
 TEST_F(Timers, NetPilotTimerTakesTheDefaultForAProfileValueOfZero) {
   WriteProfile("[S7200]\r\nNetPilotCheckTime=0\r\n");
   frame->m_uhNetPilot = Arm(TMID_NETPILOT, 60000);
@@ -199,11 +206,20 @@ TEST_F(Timers, TheFirstFieldInOrderDecides) {
 }
 
 TEST_F(Timers, ATimerThatCantBeReArmedEndsItsWork) {
-  frame->m_uhMaskCheck = Arm(TMID_MASKCHECK, 3000);
-  inside.process().FailNext("SetTimer", ERROR_NO_SYSTEM_RESOURCES);
-  Send(WM_TIMER, TMID_MASKCHECK);
-  EXPECT_EQ(frame->m_uhMaskCheck, 0U);
-  EXPECT_EQ(PeriodOf(TMID_MASKCHECK), 0U);
+  frame->m_uEndTime = 5000;
+  frame->m_uInvitationPeriod = 5000;
+  const std::pair<std::uint64_t, std::uint64_t*> timers[] = {
+      {TMID_MASKCHECK, &frame->m_uhMaskCheck},
+      {TMID_PRINTERCHECK, &frame->m_uhPrinterCheck},
+      {TMID_NETPILOT, &frame->m_uhNetPilot},
+      {TMID_INVITATION, &frame->m_uhInvitationMonitor}};
+  for (const auto& [id, field] : timers) {
+    *field = Arm(id, 3000);
+    inside.process().FailNext("SetTimer", ERROR_NO_SYSTEM_RESOURCES);
+    Send(WM_TIMER, id);
+    EXPECT_EQ(*field, 0U) << id;
+    EXPECT_EQ(PeriodOf(id), 0U) << id;
+  }
 }
 
 TEST_F(Timers, GoOnWhileAMessageBoxIsOpen) {

@@ -81,6 +81,7 @@ TEST(Start, WithoutModelIdEndsSilentlyBeforeTheWait) {
   ASSERT_TRUE(agent.HasEnded());
   EXPECT_EQ(agent.ExitCode(), 0U);
   EXPECT_FALSE(HasSlept(desk));
+  EXPECT_FALSE(desk.HasLogged("cmdInfo.m_szPrinterName : a"));
 }
 
 TEST(Start, OfAnEmptyCommandLineEndsWithZero) {
@@ -90,11 +91,14 @@ TEST(Start, OfAnEmptyCommandLineEndsWithZero) {
   EXPECT_EQ(agent.ExitCode(), 0U);
 }
 
-TEST(Start, OfAPrinterWhosePortIsUnknownEndsWithZeroAndNoWindow) {
+TEST(Start, OfAPrinterWhosePortIsUnknownEndsWithZeroAfterTheWait) {
   SimDesk desk;
   const SimAgent agent = desk.StartAgent(u"/P \"a\" /D \"d\" /M \"m\"");
+  EXPECT_FALSE(agent.HasEnded());
   desk.RunFor(5000);
   ASSERT_TRUE(agent.HasEnded());
+  EXPECT_EQ(agent.ExitCode(), 0U);
+  EXPECT_TRUE(agent.process().Ledger().empty());
   EXPECT_FALSE(desk.HasLogged("CMainFrame::StartUp"));
 }
 
@@ -124,9 +128,11 @@ TEST(Start, PrinterNameOf260CharactersEndsTheProcessAfterTheWindowWasMade) {
       desk.StartAgent(u"/KVT \"KVLTarget\\P0000000000000001\" /D \"d\" /O \"o\" /M \"m\"");
   desk.RunFor(5000);
   ASSERT_TRUE(agent.HasEnded());
+  EXPECT_EQ(agent.ExitCode(), 0U);
   EXPECT_EQ(agent.process().Ledger(), std::vector<std::u16string>{u"window TrayIconWClass"});
   EXPECT_FALSE(desk.HasLogged("CMainFrame::StartUp"));
   EXPECT_FALSE(desk.HasLogged("CMainFrame::DestroyWindow"));
+  EXPECT_TRUE(desk.HasLogged("***** LOG END ******"));
 }
 
 TEST(Start, PrinterNameOf259CharactersRuns) {
@@ -164,7 +170,7 @@ TEST(Start, LogsItsStepsInOrder) {
   EXPECT_EQ(desk.LogTexts(), expected);
 }
 
-TEST(Start, FlagsReachTheLogAndTheFrame) {
+TEST(Start, FlagsReachTheLog) {
   SimDesk desk;
   desk.StartedAgent(DefaultOptions(u"/I /EF \"HKCU\""));
   EXPECT_TRUE(desk.HasLogged("cmdInfo.m_IconFrom : 1"));
@@ -202,7 +208,7 @@ TEST(Start, WithAParameterFileThatIsMissingEndsWithZero) {
   EXPECT_EQ(agent.ExitCode(), 0U);
 }
 
-TEST(Start, ForRemovalEndsWithZeroAndAsksForThePrinterOnce) {
+TEST(Start, ForRemovalEndsWithZeroAndAsksForThePrinter) {
   SimDesk desk;
   const SimAgent agent = desk.StartAgent(DefaultOptions(u"/R"));
   desk.RunFor(5000);
@@ -241,10 +247,11 @@ TEST(Run, LoopEndsWhenMessagesCantBeHadAnyMore) {
   SimDesk desk;
   const SimAgent agent = desk.StartedAgent();
   agent.process().FailNext("GetMessageW", ERROR_INVALID_WINDOW_HANDLE);
-  agent.Post(WM_NULL);
+  agent.Post(WM_NULL, 9);
   desk.RunFor(1);
   ASSERT_TRUE(agent.HasEnded());
-  EXPECT_EQ(agent.ExitCode(), 0U);
+  // The code is the last message's argument, whatever message it was.
+  EXPECT_EQ(agent.ExitCode(), 9U);
   EXPECT_TRUE(desk.HasLogged("***** LOG END ******"));
 }
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "Common/tray_log.h"
 #include "tests/support/frame_fixture.h"
 
@@ -6,7 +8,15 @@ namespace {
 
 using namespace platform;
 
-using WindowProcedure = FrameTest;
+class WindowProcedure : public FrameTest {
+ protected:
+  // How many message boxes have been shown so far.
+  std::ptrdiff_t BoxesShown() {
+    return std::count_if(machine.trace().begin(), machine.trace().end(), [](const auto& event) {
+      return event.text.starts_with(u"message box \"");
+    });
+  }
+};
 
 TEST_F(WindowProcedure, PrivateMessagesAreWmUserPlusHundreds) {
   EXPECT_EQ(WM_VGL3_TRAYICON, 1124U);
@@ -32,12 +42,20 @@ TEST_F(WindowProcedure, DestroyShutsTheFrameDownAndThenAsksTheLoopToEndWithZero)
   EXPECT_EQ(message.wParam, 0U);
 }
 
-TEST_F(WindowProcedure, DestroyWaitsForARunningUtilityWithTheWindowStillStanding) {
+TEST_F(WindowProcedure, DestroyWaitsForARunningUtilityWithTheFrameStillWhole) {
+  frame->StartUp();
   StartUtility();
   StopUtility(700);
+  bool wholeWhileWaiting = false;
+  machine.StartProcess(u"C:\\onlooker.exe", u"", [&](const char16_t*) {
+    Os().process.Sleep(600);
+    wholeWhileWaiting = WindowStands() && PeriodOf(TMID_MASKCHECK) == 3000;
+    return 0U;
+  });
   const std::uint64_t start = machine.now();
   Send(WM_CLOSE);
   EXPECT_EQ(machine.now() - start, 700U);
+  EXPECT_TRUE(wholeWhileWaiting);
   EXPECT_FALSE(WindowStands());
 }
 
@@ -91,6 +109,13 @@ TEST_F(WindowProcedure, UpdateIconReadsTheRecordAnewWhateverItsArguments) {
   EXPECT_EQ(frame->m_nIconSelected, 1U);
 }
 
+TEST_F(WindowProcedure, UpdateIconReadsARecordThatMayOnlyBeRead) {
+  machine.registry().SetDword(HKEY_CURRENT_USER, desk::kRecordPath, u"TrayIconSelected", 2);
+  machine.registry().Deny(HKEY_CURRENT_USER, desk::kRecordPath, false);
+  Send(WM_VGL3_UPDATE_ICON);
+  EXPECT_EQ(frame->m_nIconSelected, 2U);
+}
+
 TEST_F(WindowProcedure, UpdateIconWithoutARecordChangesNothing) {
   frame->m_nIconSelected = 1;
   machine.registry().RemoveKey(HKEY_CURRENT_USER, desk::kRecordPath);
@@ -123,14 +148,38 @@ TEST_F(WindowProcedure, MessagesBeforeTheFrameExistsGetTheDefaultHandling) {
   EXPECT_FALSE(HasLogged("WM_CLOSE"));
 }
 
-TEST_F(WindowProcedure, OwnerDrawMessagesOfForeignItemsAreLeftToTheDefault) {
-  MeasureItem measure{};
-  measure.itemId = 919;
-  Send(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&measure));
-  measure.itemId = 999;
-  Send(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&measure));
-  EXPECT_EQ(measure.width, 0U);
-  EXPECT_EQ(measure.height, 0U);
+TEST_F(WindowProcedure, SlotsAreTheIds920To998) {
+  EXPECT_FALSE(frame->IsExMenuSlot(919));
+  EXPECT_TRUE(frame->IsExMenuSlot(920));
+  EXPECT_TRUE(frame->IsExMenuSlot(998));
+  EXPECT_FALSE(frame->IsExMenuSlot(999));
+  EXPECT_FALSE(frame->IsExMenuSlot(0));
+}
+
+TEST_F(WindowProcedure, WithoutSlotsNoIdIsOne) {
+  frame->m_nExMenuMax = 0;
+  EXPECT_FALSE(frame->IsExMenuSlot(920));
+}
+
+TEST_F(WindowProcedure, OwnerDrawMessagesWithoutAnItemAreLeftToTheDefault) {
+  Send(WM_MEASUREITEM, 0, 0);
+  Send(WM_DRAWITEM, 0, 0);
+  EXPECT_TRUE(WindowStands());
+}
+
+// The default's result of WM_NCCREATE is 1, and of everything else that comes here 0: so a handler
+// that decided a result, or left the default out, would show.
+TEST_F(WindowProcedure, EveryMessageHasTheDefaultsResult) {
+  frame->StartUp();
+  machine.desktop().AnswerBoxesAtOnce();
+  EXPECT_EQ(TrayWindowProc(frame->m_hWnd, WM_NCCREATE, 0, 0), 1);
+  for (const std::uint32_t message :
+       {WM_COMMAND, WM_TIMER, WM_VGL3_TRAYICON, WM_VGL3_UPDATE_ICON, WM_VGL3_KICK_INVITATION,
+        WM_VGL3_CHECK_NETPILOT, WM_VGL3_FLUSH_VGLLOG, WM_USER + 1, WM_DESTROY}) {
+    const std::uint64_t defaults = machine.desktop().defaultHandlings();
+    EXPECT_EQ(TrayWindowProc(frame->m_hWnd, message, 0, 0), 0) << message;
+    EXPECT_EQ(machine.desktop().defaultHandlings(), defaults + 1) << message;
+  }
 }
 
 TEST_F(WindowProcedure, LeftButtonDownArmsTheClickTimerWithTheDoubleClickTime) {
@@ -144,9 +193,11 @@ TEST_F(WindowProcedure, DoubleClickStopsTheClickTimerAndOpensTheStatusWindow) {
   frame->StartUp();
   machine.desktop().AnswerBoxesAtOnce();
   Send(WM_VGL3_TRAYICON, 0, WM_LBUTTONDOWN);
+  const std::ptrdiff_t before = BoxesShown();
   Send(WM_VGL3_TRAYICON, 0, WM_LBUTTONDBLCLK);
   EXPECT_EQ(frame->m_uhClick, 0U);
   EXPECT_EQ(PeriodOf(TMID_CLICK), 0U);
+  EXPECT_EQ(BoxesShown(), before + 1);
 }
 
 }  // namespace

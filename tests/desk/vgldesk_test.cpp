@@ -61,13 +61,35 @@ TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTenSeconds) {
   EXPECT_TRUE(Holds(outcome.out, "10.000  script    posts WM_CLOSE to agent 1\n"));
 }
 
+TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTheTimeThatIsNamed) {
+  const Outcome outcome = RunWords({"run", "--for", "2500", "--", "/O", "o", "/M", "m"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_TRUE(Holds(outcome.out, "2.500  script    posts WM_CLOSE to agent 1\n"));
+}
+
+TEST(Vgldesk, AnEventWithLineEndsStandsOnOneLine) {
+  const Outcome outcome = RunScript(std::string(kStart) + "wait 200\npost WM_COMMAND 900\nkill\n");
+  EXPECT_TRUE(Holds(outcome.out,
+                    "message box \"KAVRO Vigil 3\": \\r\\nUnable to open Printer "
+                    "Status window for this printer.\n"));
+}
+
+TEST(Vgldesk, AMessageThatCantBePostedFailsTheSession) {
+  const Outcome outcome = RunScript(std::string(kStart) + "wait 200\npost 44\n");
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.err, "vgldesk: line 3: this message can't be posted\n");
+}
+
 TEST(Vgldesk, ShowsTheTrayLogOnlyWhenAsked) {
   EXPECT_FALSE(Holds(RunScript(std::string(kStart) + "kill\n").out, "log| "));
   EXPECT_TRUE(Holds(RunScript(std::string(kStart) + "kill\n", {"--log"}).out, "log| "));
 }
 
 TEST(Vgldesk, GivesTheExitCodeOfTheFirstAgent) {
-  EXPECT_EQ(RunScript(std::string(kStart) + "wait 500\npost 18 7\nawait-end 10\n").code, 7);
+  const std::string script = std::string(kStart) + kStart +
+                             "wait 2000\npost @1 18 7\nawait-end @1 10\n"
+                             "post @2 18 9\nawait-end @2 10\n";
+  EXPECT_EQ(RunScript(script).code, 7);
 }
 
 TEST(Vgldesk, TheSameSeedPrintsTheSameLines) {
@@ -103,6 +125,7 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
       {{"run"}, "give --script FILE, or an agent's command line behind --"},
       {{"run", "--seed", "many", "--", "/R"}, "--seed"},
       {{"run", "--loud", "--", "/R"}, "--loud"},
+      {{"run", "--for", "2147483648", "--", "/R"}, "--for"},
       {{"run", "--script", "x", "--", "/R"}, "give either --script or a command line behind --"},
       {{"run", "--script", "no/such.session"}, "the script no/such.session can't be read"},
   };

@@ -12,6 +12,15 @@ using QuitMessage = WindowingContract;
 
 // --- Posted
 
+TEST_F(PostedMessages, AMessageWhoseArgumentsArePointersCantBePosted) {
+  const HWND window = MakeWindow();
+  for (const std::uint32_t message : {WM_CREATE, WM_NCCREATE, WM_DRAWITEM, WM_MEASUREITEM}) {
+    Os().process.SetLastError(0);
+    EXPECT_FALSE(windowing.PostMessageW(window, message, 0, 0)) << message;
+    EXPECT_EQ(Os().process.GetLastError(), ERROR_MESSAGE_SYNC_ONLY) << message;
+  }
+}
+
 TEST_F(PostedMessages, OneArrivesAsItWasPosted) {
   const HWND window = MakeWindow();
   EXPECT_TRUE(windowing.PostMessageW(window, WM_USER + 7, 0xFEDCBA9876543210, -5));

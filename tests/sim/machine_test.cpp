@@ -138,6 +138,33 @@ TEST(Machine, EachProcessHasItsOwnCopyOfAProcessWideVariable) {
   EXPECT_EQ(second.exitCode(), 3U);
 }
 
+struct OwnsAHandle {
+  OwnedObject mutex;
+};
+platform::ProcessWide<OwnsAHandle> g_owner;
+
+TEST(Machine, ProcessWideVariablesGoWithTheirProcess) {
+  Machine machine;
+  Process& process = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
+    g_owner.get().mutex = OwnedObject(Os().objects.CreateMutexW(false, u"Held"));
+    return 0U;
+  });
+  machine.Settle();
+  EXPECT_TRUE(process.ended());
+  EXPECT_FALSE(machine.objects().Exists(u"Held"));
+}
+
+TEST(Machine, EventsNeedNotBeKept) {
+  Machine machine;
+  machine.KeepTrace(false);
+  std::size_t observed = 0;
+  machine.Observe([&](const Event&) { ++observed; });
+  machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) { return 0U; });
+  machine.Settle();
+  EXPECT_EQ(observed, 2U);
+  EXPECT_TRUE(machine.trace().empty());
+}
+
 TEST(Machine, RunUntilStopsWhenTheConditionHolds) {
   Machine machine;
   bool done = false;
@@ -150,6 +177,17 @@ TEST(Machine, RunUntilStopsWhenTheConditionHolds) {
   EXPECT_EQ(machine.now(), 300U);
   EXPECT_FALSE(machine.RunUntil([] { return false; }, 1000));
   EXPECT_EQ(machine.now(), 1300U);
+}
+
+TEST(Machine, WaitThatOnlyForeignTimersInterruptIsReportedInsteadOfHanging) {
+  Machine machine;
+  machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
+    for (;;) Os().process.Sleep(60000);
+    return 0U;
+  });
+  const Inside inside(machine);
+  const OwnedObject semaphore(Os().objects.CreateSemaphoreW(0, 1, nullptr));
+  EXPECT_THROW(Os().objects.WaitForSingleObject(semaphore.get(), INFINITE), std::logic_error);
 }
 
 TEST(Machine, WaitThatNothingCanEndIsReportedInsteadOfHanging) {
@@ -291,6 +329,49 @@ TEST(SentMessages, SenderGetsZeroWhenTheOtherProcessEndsMeanwhile) {
   const HWND window = Os().windowing.FindWindowW(u"Silent", nullptr);
   EXPECT_EQ(Os().windowing.SendMessageW(window, WM_USER, 0, 0), 0);
   EXPECT_TRUE(other.ending());
+}
+
+TEST(SentMessages, SenderGoesOnWhenTheOtherProcessEndsWhileItHandlesTheMessage) {
+  Machine machine;
+  Process& other = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
+    WindowClass windowClass;
+    windowClass.className = u"Ending";
+    windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+      if (message == WM_USER) Os().process.ExitProcess(4);
+      return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
+    };
+    Os().windowing.RegisterClassW(windowClass);
+    Os().windowing.CreateWindowExW(0, u"Ending", u"", 0, HMODULE{});
+    Message message;
+    while (Os().windowing.GetMessageW(&message) == 1) Os().windowing.DispatchMessageW(message);
+    return 0U;
+  });
+  machine.Settle();
+  const Inside inside(machine);
+  const HWND window = Os().windowing.FindWindowW(u"Ending", nullptr);
+  EXPECT_EQ(Os().windowing.SendMessageW(window, WM_USER, 0, 0), 0);
+  EXPECT_EQ(other.exitCode(), 4U);
+}
+
+TEST(Mutexes, AreHandedToWhoWaitsTheLongest) {
+  Machine machine;
+  std::string order;
+  const auto body = [&order](char name) {
+    return [&order, name](const char16_t*) {
+      const OwnedObject mutex(Os().objects.CreateMutexW(false, u"Shared"));
+      for (int i = 0; i < 3; ++i) {
+        Os().objects.WaitForSingleObject(mutex.get(), INFINITE);
+        order += name;
+        Os().process.Sleep(10);
+        Os().objects.ReleaseMutex(mutex.get());
+      }
+      return 0U;
+    };
+  };
+  machine.StartProcess(u"C:\\a.exe", u"", body('a'));
+  machine.StartProcess(u"C:\\b.exe", u"", body('b'));
+  machine.RunFor(1000);
+  EXPECT_EQ(order, "ababab");
 }
 
 TEST(Mutexes, AnOwnerThatEndsLeavesItAbandoned) {

@@ -25,8 +25,9 @@ class FrameTest : public testing::Test {
   bool WindowStands() { return machine.desktop().Find(frame->m_hWnd) != nullptr; }
   // Whether the tray log holds a line that ends in this text.
   bool HasLogged(const std::string& text);
-  // A utility that another process of the suite runs on the printer, until StopUtility.
+  // Takes the printer's semaphore as a running utility does.
   void StartUtility();
+  // Has another process give it back after that time.
   void StopUtility(std::uint64_t afterMilliseconds);
 
   sim::Machine machine;

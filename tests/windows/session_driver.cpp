@@ -148,7 +148,8 @@ class Driver {
     EnumWindows(TakeTrayWindow, reinterpret_cast<LPARAM>(&search));
     if (search.found == nullptr) return Fail(command, "the agent has no window");
     Say("posted message " + std::to_string(command.message));
-    return PostMessageW(search.found, command.message, command.wParam, command.lParam) != 0;
+    if (PostMessageW(search.found, command.message, command.wParam, command.lParam)) return true;
+    return Fail(command, "this message can't be posted");
   }
 
   bool AllEnded() const {
