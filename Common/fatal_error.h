@@ -3,8 +3,8 @@
 
 namespace vgl {
 
-// Ends the process at once with exit code 3, as the suite's run-time library does it: no destructor
-// runs, nothing is shown or logged, and the system takes back what the process holds.
+// Ends the process at once with exit code 3, that of an aborted program: no destructor runs,
+// nothing is shown or logged, and the system takes back what the process holds.
 [[noreturn]] void FatalError();
 
 }  // namespace vgl

@@ -28,8 +28,9 @@ class FixedText {
 
   void Clear() { m_text[0] = u'\0'; }
 
-  // The text up to its first U+0000. Both stay valid as long as the field and follow its changes
-  // only when taken anew; both end inside the field even where a call left it without a terminator.
+  // The text up to its first U+0000, or to the field's end where a call left it without one. Both
+  // stay good as long as the field. The pointer shows later changes of the text; the view keeps its
+  // length, so take it anew after a change.
   const char16_t* c_str() const { return m_text; }
   std::u16string_view view() const { return m_text; }
 

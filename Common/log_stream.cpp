@@ -37,7 +37,9 @@ std::string InSystemCodePage(std::u16string_view text) {
 }  // namespace
 
 std::optional<std::u16string> CommonDataFolder(bool create) {
-  std::array<char16_t, platform::MAX_PATH> folder{};
+  // One more than the system fills. The suite's programs agree on this size: a result that doesn't
+  // end within it is none.
+  std::array<char16_t, platform::MAX_PATH + 1> folder{};
   if (Os().shell.SHGetSpecialFolderPathW(folder.data(), platform::CSIDL_COMMON_APPDATA, create) !=
       1) {
     return std::nullopt;
@@ -63,25 +65,21 @@ bool CLogStream::Open(const char16_t* path, Sharing sharing) {
   const std::uint32_t share = sharing == Sharing::DenyWriters
                                   ? platform::FILE_SHARE_READ
                                   : platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE;
+  // Without the right to write anywhere else, the system itself puts each write at the end.
   m_file = platform::OwnedFile(
-      Os().files.CreateFileW(path, platform::GENERIC_READ | platform::GENERIC_WRITE, share,
+      Os().files.CreateFileW(path, platform::GENERIC_READ | platform::FILE_APPEND_DATA, share,
                              platform::OPEN_ALWAYS, platform::FILE_ATTRIBUTE_NORMAL));
   return IsOpen();
 }
 
 void CLogStream::Write(std::u16string_view text) {
-  if (!IsOpen()) return;
+  if (!IsOpen() || text.empty()) return;
   const std::string bytes = InSystemCodePage(WithCarriageReturns(text));
   WriteBytes(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
 }
 
 void CLogStream::WriteBytes(const void* data, std::uint32_t bytes) {
   if (!IsOpen() || bytes == 0) return;
-  // Without a seek that worked the bytes would go over the file's beginning.
-  if (Os().files.SetFilePointer(m_file.get(), 0, platform::FILE_END) ==
-      platform::INVALID_SET_FILE_POINTER) {
-    return;
-  }
   std::uint32_t written = 0;
   Os().files.WriteFile(m_file.get(), data, bytes, &written);
 }

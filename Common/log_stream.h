@@ -15,7 +15,8 @@
 namespace vgl {
 
 // The common application data folder without closing backslash, made when it is missing and
-// `create` is set. Nothing when the system doesn't tell it.
+// `create` is set. Nothing when the system doesn't tell it, or tells it without a terminator within
+// 261 characters.
 std::optional<std::u16string> CommonDataFolder(bool create);
 
 // Where a log of this program goes: "\KAVRO\VGL3\<fileName>" in the common application data folder,
@@ -26,7 +27,9 @@ std::u16string VglLogPath(std::u16string_view fileName);
 // 49.7 days, and so does the column.
 std::u16string TickColumn(std::uint32_t ticks);
 
-// A file that is appended to. Every write goes to the end that the file has at that moment.
+// A file that is appended to, of any size. Every write goes to the end that the file has at that
+// moment; finding the end and writing there is one step of the system's, so that what others append
+// at the same time is never written over.
 class CLogStream {
  public:
   // Who may write to the file while it is open here; anybody may read it.
@@ -41,11 +44,11 @@ class CLogStream {
   bool Open(const char16_t* path, Sharing sharing);
 
   // Appends a text as text mode has it: "\n" as "\r\n", characters as bytes of the system's code
-  // page. One write for all of it, so that lines of several processes don't mix within. A stream
-  // that isn't open writes nothing.
+  // page. One write for all of it, so that lines of several processes don't mix within. An empty
+  // text, and a stream that isn't open, make no call.
   void Write(std::u16string_view text);
 
-  // Appends bytes as they are.
+  // Appends bytes as they are, in one write. No bytes, and a stream that isn't open, make no call.
   void WriteBytes(const void* data, std::uint32_t bytes);
 
   bool IsOpen() const { return static_cast<bool>(m_file); }

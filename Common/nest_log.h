@@ -6,6 +6,9 @@
 //
 // A line: "<process id>;<thread id>;<minutes>:<seconds>.<milliseconds>; ", two blanks for each
 // level, the text. No newline is added: the text brings its own.
+//
+// What fails costs the line and nothing more; but a failed allocation ends the process, as that of
+// any other string does.
 #pragma once
 
 #include <array>
@@ -37,7 +40,9 @@ class CNestLog {
   CNestLog(const CNestLog&) = delete;
   CNestLog& operator=(const CNestLog&) = delete;
 
-  // One line, in the form told above. Nothing while the log is off.
+  // One line, in the form told above. Nothing while the log is off, nor ever by a scope that was
+  // made while it was off: such a scope knows no file. Waits, without limit, while another process
+  // holds the log's mutex.
   template <class... Args>
   void Print(std::u16string_view format, const Args&... args) const {
     if (g_bNestLogEnabled != 0) PrintText(WideFormat(format, args...));

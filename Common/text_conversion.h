@@ -17,9 +17,9 @@ std::u16string TextFromUtf16Le(std::span<const std::byte> bytes);
 // The text's characters as UTF-16 little-endian bytes, without byte-order mark or terminator.
 std::string Utf16LeFromText(std::u16string_view text);
 
-// For what the host itself prints and reads. Every lone surrogate, and every part of the bytes that
-// begins no well-formed UTF-8 sequence (as long as it could still have become one), gives one
-// U+FFFD.
+// For what the host itself prints and reads. A lone surrogate becomes one U+FFFD. So does a faulty
+// part of the bytes: as many bytes as could still have begun a well-formed sequence, at least one;
+// reading goes on with the byte behind them.
 std::string Utf8FromText(std::u16string_view text);
 std::u16string TextFromUtf8(std::string_view bytes);
 

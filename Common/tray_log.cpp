@@ -22,12 +22,12 @@ bool SwitchIsOn() {
                                   platform::KEY_READ, key.Out()) != platform::ERROR_SUCCESS) {
     return false;
   }
-  // Four bytes of whatever type: who sets the switch by hand may well choose another one.
+  // Exactly four bytes, of whatever type: who sets the switch by hand may well choose another one.
   std::uint32_t number = 0;
   std::uint32_t bytes = sizeof number;
   return Os().registry.RegQueryValueExW(key.get(), u"K_QTR", nullptr, &number, &bytes) ==
              platform::ERROR_SUCCESS &&
-         number != 0;
+         bytes == sizeof number && number != 0;
 }
 
 std::int32_t AppendLine(std::u16string_view body) {

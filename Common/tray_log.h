@@ -1,9 +1,10 @@
 // The tray log: what the agent's main thread does, line by line, in "K_QD41TR.LOG".
 //
-// A user switches it on by the value K_QTR of HKEY_CURRENT_USER "SOFTWARE\KAVRO\VGL3"; the switch
-// is read once, at start-up. The file is opened anew for each line, so it can be read, moved and
-// removed while the agent runs; it is never rotated or shortened. There is no lock: lines of
-// several agents stand in the order of their writing.
+// A user switches it on by the value K_QTR of HKEY_CURRENT_USER "SOFTWARE\KAVRO\VGL3": four bytes
+// of any type that aren't all 0. The switch is read once, at start-up. The file is opened anew for
+// each line, so it can be read, moved and removed while the agent runs; it is never rotated or
+// shortened. There is no lock: each line is appended whole in one write, and lines of several
+// agents stand in the order of their writing.
 //
 // A line: "<process id>;<minutes>:<seconds>.<milliseconds>; <body>", as
 // "0A3C;   12:03.250; CMainFrame::StartUp".

@@ -161,7 +161,7 @@ void CCmdLineInfo::TakeNameOfRecord(std::u16string_view record) {
 }
 
 // Reads m_szFileName, as it stands or from the temp folder. A file of the temp folder that can't be
-// read is removed: it was made for this start, and nobody else will.
+// read is removed if it can at least be opened: it was made for this start, and nobody else will.
 std::optional<ParamFile> CCmdLineInfo::OpenNamedFile() {
   if (std::optional<ParamFile> file = ReadParamFile(m_szFileName)) return file;
   m_szTempPath = TempFolder();

@@ -23,9 +23,9 @@ class CCmdLineBase {
   CCmdLineBase& operator=(const CCmdLineBase&) = default;
 };
 
-// Texts are of any length; those that came out of an option have at most 259 characters. A flag is
-// 0 or 1. Fields that bear the name of an option are carried for other programs of the suite; the
-// tray agent reads them and acts on none.
+// Texts are of any length. Those that came out of an option have at most 259 characters, but for a
+// printer name that /KVT took from its record. A flag is 0 or 1. Fields that bear the name of an
+// option are carried for other programs of the suite; the tray agent reads them and acts on none.
 class CCmdLineInfo : public CCmdLineBase {
  public:
   // All fields at their defaults.
@@ -40,14 +40,19 @@ class CCmdLineInfo : public CCmdLineBase {
 
   // Applies the options of m_szCmdText on top of what the record holds, then those of the file that
   // /FU names, if any, whose text becomes m_szCmdText, then those of the file named in there, and
-  // so on. A file that names one already read ends this, as if it named none. Each file is removed
-  // after use while m_IconFrom is 0. Looks up driver, port and model id at the end. 1; or 0 when
-  // the file that m_szCmdText itself names can't be read: then it is removed from the temp folder
-  // as far as it is there, and nothing is looked up.
+  // so on. A file that names one already read ends this, as if it named none. Each file stays open,
+  // and nobody can change it, until all that it names is done; then it is removed if m_IconFrom is
+  // 0. Looks up driver, port and model id at the end. Gives 1.
+  //
+  // A file that can't be read is removed if it lies in the temp folder and can at least be opened.
+  // When it is the one that m_szCmdText itself names, nothing is looked up and the result is 0.
+  // When it is an inner one, it ends the chain like one already read: what the files in front of it
+  // told stands, they are removed as ever, and the result is 1.
   int ParseCommandLine();
 
-  // Looks up driver and port of the printer unless both are known. 1 when they are known now; 0
-  // leaves both as they were.
+  // Looks up driver and port of the printer unless both are known. 1 when both were known, or when
+  // the printer told at least one: both are then replaced by what it told, be that empty. 0 leaves
+  // both as they were.
   int ResolvePrinterInfo();
 
   // Looks up the model id of the driver unless it is known. 1 when it is known now.
@@ -95,7 +100,7 @@ class CCmdLineInfo : public CCmdLineBase {
   std::int32_t m_fU = 0;
   std::int32_t m_fC = 0;
   std::u16string m_szKVM;
-  std::intptr_t m_nHwnd = 0;  // a window's handle: as text, a signed 32-bit decimal number
+  std::intptr_t m_nHwnd = 0;  // a window's handle: as text, its low 32 bits as a signed decimal
   std::int32_t m_fSPL = 0;
   std::int32_t m_fDP = 0;
   std::int32_t m_fA = 0;

@@ -25,8 +25,9 @@ std::optional<std::u16string> Line(const CCmdLineInfo& info, const OptionRow& ro
   if (row.written == Written::Never) return std::u16string();
   if (row.kind == OptionKind::Text) return TextLine(row.name, info.*row.writtenFrom);
   if (row.kind == OptionKind::WindowHandle) {
-    const std::int64_t number = info.m_nHwnd;
-    return TextLine(row.name, number == 0 ? u"" : WideFormat(u"%lld", number));
+    // A window's handle has no more than 32 bits that count, and its readers know no longer number.
+    const auto number = static_cast<std::int32_t>(info.m_nHwnd);
+    return TextLine(row.name, info.m_nHwnd == 0 ? u"" : WideFormat(u"%d", number));
   }
   const std::int32_t flag = info.*row.flag;
   const bool isWritten = row.written == Written::WhenOne ? flag == 1 : flag != 0;

@@ -25,6 +25,9 @@ enum class Written {
   WhenOne,  // a number of exactly 1
 };
 
+// Which fields an option sets and is written from. Never null are: for Text, `readInto`, and
+// `writtenFrom` unless `written` is Never; for FileName, `readInto`; for Flag, `flag`. All others
+// are null: the remaining kinds have their fields by name.
 struct OptionRow {
   std::u16string_view name;  // without the slash
   OptionKind kind;

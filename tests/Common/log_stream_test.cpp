@@ -70,6 +70,7 @@ TEST_F(LogStream, WritingNothingMakesNoCall) {
   CLogStream stream;
   ASSERT_TRUE(stream.Open(kFile, CLogStream::Sharing::Everybody));
   const auto calls = inside.process().calls();
+  stream.Write(u"");
   stream.WriteBytes("", 0);
   EXPECT_EQ(inside.process().calls(), calls);
 }
@@ -117,13 +118,29 @@ TEST_F(LogStream, TheEndOfTheScopeClosesTheFile) {
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 
-TEST_F(LogStream, WithoutASeekThatWorkedTheBeginningIsNotWrittenOver) {
-  machine.files().WriteFile(kFile, "old");
+TEST_F(LogStream, AWriteIsOneCallAndTheCodePageAnother) {
   CLogStream stream;
   ASSERT_TRUE(stream.Open(kFile, CLogStream::Sharing::Everybody));
-  inside.process().FailNext("SetFilePointer", platform::ERROR_INVALID_PARAMETER);
-  stream.Write(u"NEW");
-  EXPECT_EQ(machine.files().ReadFile(kFile), "old");
+  const auto calls = inside.process().calls();
+  stream.WriteBytes("ab", 2);
+  EXPECT_EQ(inside.process().calls() - calls, 1u);
+  stream.Write(u"c\nd\n");
+  EXPECT_EQ(inside.process().calls() - calls, 3u);
+  EXPECT_EQ(machine.files().ReadFile(kFile), "abc\r\nd\r\n");
+}
+
+TEST_F(LogStream, WhatAnotherWriterAppendsMeanwhileStays) {
+  CLogStream stream;
+  ASSERT_TRUE(stream.Open(kFile, CLogStream::Sharing::Everybody));
+  stream.Write(u"1");
+  const platform::OwnedFile writer(platform::Os().files.CreateFileW(
+      kFile, platform::FILE_APPEND_DATA, platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE,
+      platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
+  ASSERT_TRUE(writer);
+  std::uint32_t written = 0;
+  ASSERT_TRUE(platform::Os().files.WriteFile(writer.get(), "two", 3, &written));
+  stream.Write(u"3");
+  EXPECT_EQ(machine.files().ReadFile(kFile), "1two3");
 }
 
 TEST_F(LogStream, CharactersBecomeBytesOfTheSystemsCodePage) {

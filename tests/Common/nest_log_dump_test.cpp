@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Common/nest_log.h"
+#include "platform/owned.h"
 #include "platform/sim/machine.h"
 
 namespace vgl {
@@ -80,6 +81,63 @@ TEST_F(StatusDump, OtherModesAppendTheBytesToAFileWithAColonInItsName) {
   scope->PrintBinaryStatus(data.data(), 4, 0);
   EXPECT_EQ(File(kDump), data + data);
   EXPECT_EQ(File(kLog), "(no file)");
+}
+
+TEST_F(StatusDump, ALengthOf0WritesToNeitherFile) {
+  scope->PrintBinaryStatus("a", 0, 1);
+  scope->PrintBinaryStatus("a", 0, 2);
+  EXPECT_EQ(File(kLog), "(no file)");
+  EXPECT_EQ(File(kDump), "(no file)");
+  scope->PrintBinaryStatus("a", 1, 1);
+  scope->PrintBinaryStatus("a", 1, 2);
+  EXPECT_EQ(File(kLog), Marked(u"1000;2000;   10:00.000;   Binary Status Reply:61\n"));
+  EXPECT_EQ(File(kDump), "a");
+}
+
+TEST_F(StatusDump, TheBytesAreAppendedWhileAnotherProcessHasTheFileOpenForSharedWriting) {
+  machine.files().WriteFile(kDump, "x");
+  bool opened = false;
+  sim::Process& other = machine.StartProcess(u"C:\\other.exe", u"", [&](const char16_t*) {
+    const platform::OwnedFile file(platform::Os().files.CreateFileW(
+        kDump, platform::GENERIC_WRITE, platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE,
+        platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
+    opened = static_cast<bool>(file);
+    platform::Os().process.Sleep(1000);
+    return 0u;
+  });
+  machine.Settle();
+  EXPECT_TRUE(opened);
+  scope->PrintBinaryStatus("ab", 2, 2);
+  EXPECT_FALSE(other.ended());
+  EXPECT_EQ(File(kDump), "xab");
+}
+
+TEST(StatusDumpTurns, TwoProcessesThatDumpAtOnceLoseNoByte) {
+  // Every seed lets the processes take turns differently, between any two calls.
+  for (std::uint64_t seed = 1; seed <= 50; ++seed) {
+    sim::Machine machine(seed);
+    const auto dumping = [](const char* data) {
+      return [data](const char16_t*) {
+        SetNestLogEnabled(1);
+        const CNestLog scope(nullptr);
+        for (int i = 0; i < 3; ++i) scope.PrintBinaryStatus(data, 2, 2);
+        return 0u;
+      };
+    };
+    machine.StartProcess(u"C:\\a.exe", u"", dumping("aA"));
+    machine.StartProcess(u"C:\\b.exe", u"", dumping("bB"));
+    machine.Settle();
+    const std::string dump = machine.files().ReadFile(kDump).value_or("(no file)");
+    int first = 0;
+    int second = 0;
+    for (std::size_t at = 0; at < dump.size(); at += 2) {
+      first += dump.substr(at, 2) == "aA" ? 1 : 0;
+      second += dump.substr(at, 2) == "bB" ? 1 : 0;
+    }
+    EXPECT_EQ(first, 3) << "seed " << seed << ": " << dump;
+    EXPECT_EQ(second, 3) << "seed " << seed << ": " << dump;
+    EXPECT_EQ(dump.size(), 12u) << "seed " << seed;
+  }
 }
 
 TEST_F(StatusDump, NothingIsDoneWithoutBytesOrWithTheLogOff) {

@@ -293,16 +293,27 @@ TEST_F(NestLog, ASeekThatFailsLeavesTheMarkAndNoLine) {
 
 TEST_F(NestLog, AFileThatAnotherProgramWritesIsLeftAlone) {
   machine.files().WriteFile(kFile, "ab");
-  const platform::OwnedFile writer(platform::Os().files.CreateFileW(
+  platform::OwnedFile writer(platform::Os().files.CreateFileW(
       kFile, platform::GENERIC_WRITE, platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE,
       platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
   ASSERT_TRUE(writer);
   const CNestLog scope(u"a");
   EXPECT_EQ(Log(), "ab");
+  writer.Reset();
+  scope.Print(u"b\n");
+  EXPECT_EQ(Log(), "ab" + Utf16(u"1000;2000;   10:00.000;   b\n"));
 }
 
 TEST_F(NestLog, TheMutexGoesWithTheLine) {
+  int lines = 0;
+  int guarded = 0;
+  machine.files().OnAppend([&](std::uint32_t, const std::u16string&, std::string_view) {
+    ++lines;
+    guarded += machine.objects().Exists(kMutex) ? 1 : 0;
+  });
   const CNestLog scope(u"a");
+  EXPECT_EQ(lines, 3);
+  EXPECT_EQ(guarded, 3);
   EXPECT_FALSE(machine.objects().Exists(kMutex));
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
@@ -329,6 +340,21 @@ TEST_F(NestLog, AProcessWaitsItsTurnAndTellsTheTimeOfItsWriting) {
   machine.Settle();
   scope.Print(u"a\n");
   EXPECT_EQ(Log(), Marked(u"1000;2000;   10:05.000;   a\n"));
+}
+
+TEST_F(NestLog, TheWaitForTheMutexHasNoLimit) {
+  const CNestLog scope(nullptr);
+  Forget();
+  machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    platform::Os().process.Sleep(3600000);
+    platform::Os().objects.ReleaseMutex(mutex.get());
+    return 0u;
+  });
+  machine.Settle();
+  scope.Print(u"a\n");
+  EXPECT_EQ(machine.now(), 3600000u);
+  EXPECT_EQ(Log(), Marked(u"1000;2000;   70:00.000;   a\n"));
 }
 
 TEST_F(NestLog, AProcessThatIsEndedWhileItWaitsLeavesNoLine) {

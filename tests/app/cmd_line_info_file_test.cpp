@@ -1,6 +1,7 @@
 // Parameter files: which is read, what it adds, and when it goes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "platform/owned.h"
@@ -32,6 +33,12 @@ TEST_F(ParamFiles, AFilesOptionsComeAfterThoseOfTheCommandLineWhereverTheFileIsN
   EXPECT_EQ(info.m_szPrinterName, u"of the file");
 }
 
+TEST_F(ParamFiles, TheOptionThatNamesAFileIgnoresCaseToo) {
+  Write(path, u"/P \"x\"");
+  EXPECT_EQ(CCmdLineInfo((u"/fu \"" + path + u"\"").c_str()).m_szPrinterName, u"x");
+  EXPECT_FALSE(Exists(path));
+}
+
 TEST_F(ParamFiles, TheFilesTextBecomesTheRawText) {
   Write(path, u"/P \"x\"\n");
   const CCmdLineInfo info(start.c_str());
@@ -43,6 +50,7 @@ TEST_F(ParamFiles, ParsingGives1WhenTheFileWasRead) {
   CCmdLineInfo info;
   info.m_szCmdText = start;
   EXPECT_EQ(info.ParseCommandLine(), 1);
+  EXPECT_EQ(info.m_szPrinterName, u"x");
 }
 
 TEST_F(ParamFiles, ValuesWithALengthSurviveAFile) {
@@ -102,6 +110,7 @@ TEST_F(ParamFiles, ANameWithoutAFolderIsFoundInTheTempFolder) {
 TEST_F(ParamFiles, AFileFoundInTheTempFolderStaysForARunEntry) {
   Write(tempFolder + u"K_Q7.tmp", u"/EF \"HKCU\"");
   const CCmdLineInfo info(u"/FU \"K_Q7.tmp\"");
+  EXPECT_EQ(info.m_IconFrom, 1);
   EXPECT_TRUE(Exists(tempFolder + u"K_Q7.tmp"));
 }
 
@@ -200,6 +209,16 @@ TEST_F(ParamFiles, AFileOfTheTempFolderWhoseReadingFailsIsRemovedEvenForARunEntr
   EXPECT_FALSE(Exists(tempFolder + u"K_Q7.tmp"));
 }
 
+TEST_F(ParamFiles, AFileOfTheTempFolderThatMayNotBeOpenedStays) {
+  Write(tempFolder + u"K_Q7.tmp", u"/P \"x\"");
+  machine.files().MakeUnreadable(tempFolder + u"K_Q7.tmp");
+  CCmdLineInfo info;
+  info.m_szCmdText = u"/R /FU \"K_Q7.tmp\"";
+  EXPECT_EQ(info.ParseCommandLine(), 0);
+  EXPECT_EQ(Describe(info), u"FU=[K_Q7.tmp] R 0 EF0");
+  EXPECT_TRUE(Exists(tempFolder + u"K_Q7.tmp"));
+}
+
 TEST_F(ParamFiles, AFileElsewhereWhoseReadingFailsStays) {
   Write(path, u"/P \"x\"");
   inside.process().FailNext("ReadFile", platform::ERROR_ACCESS_DENIED);
@@ -235,6 +254,7 @@ TEST_F(ParamFiles, ARunEntryToldInAnInnerFileKeepsTheOuterOneToo) {
   Write(u"C:\\a.tmp", u"/FU \"C:\\b.tmp\"");
   Write(u"C:\\b.tmp", u"/EF \"HKCU\"");
   const CCmdLineInfo info(u"/FU \"C:\\a.tmp\"");
+  EXPECT_EQ(Describe(info), u"FU=[C:\\b.tmp] 0 EF1");
   EXPECT_TRUE(Exists(u"C:\\a.tmp"));
   EXPECT_TRUE(Exists(u"C:\\b.tmp"));
 }
@@ -271,9 +291,11 @@ TEST_F(ParamFiles, ItTakesNoMoreCallsWhenAFileNamesItselfInOtherCase) {
     Write(u"C:\\a.tmp", text);
     const std::uint64_t before = inside.process().calls();
     const CCmdLineInfo info(u"/FU \"C:\\a.tmp\"");
+    EXPECT_EQ(info.m_szPrinterName, u"x");
+    EXPECT_FALSE(Exists(u"C:\\a.tmp"));
     return inside.process().calls() - before;
   };
-  EXPECT_EQ(callsFor(u"/FU \"c:\\A.TMP\""), callsFor(u"/FU \"C:\\a.tmp\""));
+  EXPECT_EQ(callsFor(u"/P \"x\"\n/FU \"c:\\A.TMP\""), callsFor(u"/P \"x\"\n/FU \"C:\\a.tmp\""));
 }
 
 TEST_F(ParamFiles, AFileThatNamesItselfByWayOfTheTempFolderIsReadOnce) {
@@ -422,10 +444,53 @@ TEST(ParamFileRace, AFileThatShrinksWhileItIsReadCanNotBeRead) {
   EXPECT_GT(failures, 0);
 }
 
+TEST(ParamFileRace, TheOuterFileStaysOpenWhileAnInnerOneIsRead) {
+  // Another program tries to write and to delete the outer file. Only a try that began and ended
+  // while the inner one was open counts: the seeds see to it that there are such.
+  int writes = 0;
+  int deletions = 0;
+  for (std::uint64_t seed = 1; seed <= 40; ++seed) {
+    sim::Machine machine(seed);
+    machine.files().WriteUtf16(u"C:\\a.tmp", u"/EF \"HKCU\"\n/FU \"C:\\b.tmp\"");
+    machine.files().WriteUtf16(u"C:\\b.tmp", u"/P \"x\"");
+    sim::Inside inside(machine);
+    const auto innerIsOpen = [&inside] {
+      const auto open = inside.process().Ledger();
+      return std::find(open.begin(), open.end(), u"file C:\\b.tmp") != open.end();
+    };
+    machine.StartProcess(u"C:\\other.exe", u"", [&](const char16_t*) {
+      const platform::Platform& os = platform::Os();
+      for (int turn = 0; turn < 40; ++turn) {
+        os.process.GetCurrentProcessId();
+        if (!innerIsOpen()) continue;
+        const platform::OwnedFile writer(os.files.CreateFileW(
+            u"C:\\a.tmp", platform::GENERIC_WRITE,
+            platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE | platform::FILE_SHARE_DELETE,
+            platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
+        if (!innerIsOpen()) break;
+        EXPECT_FALSE(writer);
+        EXPECT_EQ(os.process.GetLastError(), 32);
+        ++writes;
+        const bool deleted = os.files.DeleteFileW(u"C:\\a.tmp");
+        if (!innerIsOpen()) break;
+        EXPECT_FALSE(deleted);
+        EXPECT_EQ(os.process.GetLastError(), 32);
+        ++deletions;
+      }
+      return 0U;
+    });
+    const CCmdLineInfo info(u"/FU \"C:\\a.tmp\"");
+    EXPECT_EQ(info.m_szPrinterName, u"x");
+  }
+  EXPECT_GT(writes, 10);
+  EXPECT_GT(deletions, 5);
+}
+
 TEST_F(ParamFiles, NoFileIsLeftOpen) {
   Write(u"C:\\a.tmp", u"/FU \"C:\\b.tmp\"");
   Write(u"C:\\b.tmp", u"/EF \"HKLM\"\n/FU \"none.tmp\"");
   const CCmdLineInfo info(u"/FU \"C:\\a.tmp\"");
+  EXPECT_EQ(Describe(info), u"FU=[none.tmp] 0 EF2");
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 

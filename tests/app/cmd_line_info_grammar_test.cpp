@@ -117,8 +117,9 @@ TEST_F(CmdLineGrammar, AMinusBelongsToTheNameOrIsSkipped) {
 }
 
 TEST_F(CmdLineGrammar, ALengthThatRunsPastTheEndAppliesTheEmptyValue) {
-  EXPECT_EQ(Read(u"/P5 \"Hell"), u"0 EF0");
-  EXPECT_EQ(Read(u"/P \"old\" /P5 \"Hell"), u"0 EF0");
+  EXPECT_EQ(Read(u"/S /P \"old\""), u"P=[old] S 0 EF0");
+  EXPECT_EQ(Read(u"/S /P \"old\" /P5 \"Hell"), u"S 0 EF0");
+  EXPECT_EQ(Read(u"/S /P5 \"Hell"), u"S 0 EF0");
 }
 
 TEST_F(CmdLineGrammar, ALengthThatEndsWithTheTextNeedsNoClosingQuote) {
@@ -211,6 +212,18 @@ TEST_F(CmdLineGrammar, AnOptionNameOf79CharactersIsMerelyUnknown) {
 
 TEST_F(CmdLineGrammar, AnOptionNameOf80CharactersEndsTheProcessAtOnce) {
   EXPECT_TRUE(inside.EndsProcess([] { Read(u"/R /" + Repeated(80, u'N') + u" /S"); }));
+  EXPECT_EQ(inside.process().exitCode(), 3U);
+}
+
+TEST_F(CmdLineGrammar, AnOptionNameOf80CharactersCountsBeforeAValueTooLong) {
+  const std::u16string text = u"/" + Repeated(80, u'N') + u" \"" + Repeated(260, u'v') + u"\"";
+  EXPECT_TRUE(inside.EndsProcess([&] { Read(text); }));
+  EXPECT_EQ(inside.process().exitCode(), 3U);
+}
+
+TEST_F(CmdLineGrammar, AnOptionNameOf80CharactersCountsBeforeALengthWithoutAnyQuote) {
+  const std::u16string text = u"/" + Repeated(80, u'N') + u"3 abcdef";
+  EXPECT_TRUE(inside.EndsProcess([&] { Read(text); }));
   EXPECT_EQ(inside.process().exitCode(), 3U);
 }
 

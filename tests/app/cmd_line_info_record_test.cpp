@@ -114,7 +114,7 @@ TEST_F(PrinterRecordOption, ARecordPathThatDoesNotFitLeavesThePrinterName) {
 
 TEST_F(PrinterRecordOption, NoKeyIsLeftOpen) {
   machine.registry().SetString(HKEY_CURRENT_USER, key, u"Name", u"Office");
-  NameBehind(option);
+  EXPECT_EQ(NameBehind(option), u"Office");
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 

@@ -87,7 +87,8 @@ TEST_F(CmdLineInfo, NamesIgnoreTheCaseOfAToZ) {
 
 TEST_F(CmdLineInfo, LettersThatOnlyLookAlikeMakeAnotherName) {
   // The dotless i, and the full-width P.
-  EXPECT_EQ(Describe(CCmdLineInfo(u"/\u0131 /\uFF30 \"x\"")), u"0 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/\u0131 /\uFF30 \"x\" /S")), u"S 0 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/i /p \"x\" /S")), u"P=[x] S I 0 EF0");
 }
 
 TEST_F(CmdLineInfo, AnUnknownOptionIsIgnored) {
@@ -99,9 +100,10 @@ TEST_F(CmdLineInfo, AnOptionGivenTwiceKeepsTheLastValue) {
 }
 
 TEST_F(CmdLineInfo, AnOptionWithoutItsValueAppliesTheEmptyValue) {
-  EXPECT_EQ(CCmdLineInfo(u"/P \"a\" /P").m_szPrinterName, u"");
-  EXPECT_EQ(CCmdLineInfo(u"/P \"a\" /P \"\"").m_szPrinterName, u"");
-  EXPECT_EQ(CCmdLineInfo(u"/P \"a\" /P /D \"b\"").m_szPrinterName, u"");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /P \"a\"")), u"P=[a] S 0 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /P \"a\" /P")), u"S 0 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /P \"a\" /P \"\"")), u"S 0 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /P \"a\" /P /D \"b\"")), u"D=[b] S 0 EF0");
 }
 
 TEST_F(CmdLineInfo, ASetFlagStaysSet) { EXPECT_EQ(CCmdLineInfo(u"/R /R").m_fRemove, 1); }
@@ -173,7 +175,8 @@ TEST_F(CmdLineInfo, HwndIsASignedDecimalNumberOf32Bits) {
 }
 
 TEST_F(CmdLineInfo, HwndWithoutAValueIs0Again) {
-  EXPECT_EQ(CCmdLineInfo(u"/HWND \"5\" /HWND").m_nHwnd, 0);
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /HWND \"5\"")), u"S 5 EF0");
+  EXPECT_EQ(Describe(CCmdLineInfo(u"/S /HWND \"5\" /HWND")), u"S 0 EF0");
 }
 
 TEST_F(CmdLineInfo, TheDigitsBehindHwndAreALengthLikeAnyOther) {
@@ -213,9 +216,11 @@ TEST_F(CmdLineInfo, ACopyIsARecordOfItsOwn) {
   EXPECT_EQ(Describe(copy), u"P=[y] R 0 EF0");
 }
 
-TEST_F(CmdLineInfo, DriverAndPortThatAreKnownAreNotLookedUp) {
-  CCmdLineInfo info(u"/P \"printer\" /D \"driver\" /O \"port\"");
+TEST_F(CmdLineInfo, DriverAndPortThatAreKnownAreEnoughEvenForAPrinterThatIsNotThere) {
+  CCmdLineInfo info(u"/P \"printer that is not there\" /D \"driver\" /O \"port\"");
+  const auto calls = inside.process().calls();
   EXPECT_EQ(info.ResolvePrinterInfo(), 1);
+  EXPECT_EQ(inside.process().calls(), calls);
   EXPECT_EQ(info.m_szDriverName, u"driver");
   EXPECT_EQ(info.m_szPortName, u"port");
 }
@@ -234,9 +239,11 @@ TEST_F(CmdLineInfo, DriverAndPortStayWhenThePrinterIsUnknown) {
   EXPECT_EQ(info.m_szPortName, u"port");
 }
 
-TEST_F(CmdLineInfo, AModelIdThatIsKnownIsNotLookedUp) {
-  CCmdLineInfo info(u"/M \"KX1\"");
+TEST_F(CmdLineInfo, AModelIdThatIsKnownIsEnoughEvenForADriverThatIsNotThere) {
+  CCmdLineInfo info(u"/D \"driver that is not there\" /M \"KX1\"");
+  const auto calls = inside.process().calls();
   EXPECT_EQ(info.ResolveModelID(), 1);
+  EXPECT_EQ(inside.process().calls(), calls);
   EXPECT_EQ(info.m_szModelID, u"KX1");
 }
 

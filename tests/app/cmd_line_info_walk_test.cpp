@@ -203,21 +203,5 @@ TEST_F(RecordWalk, FillsTheRecordAsThePassesDoForRandomTexts) {
   EXPECT_GT(withFile, 500);
 }
 
-TEST(OptionWalk, TakesALargeTextOfManyLengthsInFrontOfOneQuote) {
-  // Each length asks for the next quote, which is the one at the very end: searched anew for each
-  // of the 131072 options, this would take minutes.
-  std::u16string text;
-  for (int i = 0; i < 131072; ++i) text += u"/A1    ";
-  text += u"\"x";
-  COptionWalker walker(text);
-  std::size_t options = 0;
-  while (walker.Next()) {
-    EXPECT_EQ(walker.Value(), u"x");
-    ++options;
-  }
-  // The one character that each length skips is the slash of the option behind it.
-  EXPECT_EQ(options, 65536U);
-}
-
 }  // namespace
 }  // namespace vgl::test

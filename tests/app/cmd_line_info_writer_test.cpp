@@ -121,6 +121,31 @@ TEST_F(RecordWriter, AWindowHandleIsWrittenAsSignedDecimalNumber) {
   EXPECT_EQ(Written(info), u"/HWND \"-17\"\n");
 }
 
+TEST_F(RecordWriter, AWindowHandleIsWrittenByIts32BitsAndTheyAreReadBack) {
+  struct Case {
+    std::intptr_t handle;
+    const char16_t* line;
+    std::intptr_t readBack;
+  };
+  const Case cases[] = {
+      {0xF0010002, u"/HWND \"-268369918\"\n", -268369918},
+      {-268369918, u"/HWND \"-268369918\"\n", -268369918},
+      {0x80000000, u"/HWND \"-2147483648\"\n", -2147483648LL},
+      {0x7FFFFFFF, u"/HWND \"2147483647\"\n", 2147483647},
+      {0xFFFFFFFF, u"/HWND \"-1\"\n", -1},
+      {0x100000005, u"/HWND \"5\"\n", 5},
+      {0x5F0010002, u"/HWND \"-268369918\"\n", -268369918},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.handle);
+    CCmdLineInfo info;
+    info.m_nHwnd = c.handle;
+    EXPECT_EQ(info.WriteParamFile(), 1);
+    EXPECT_EQ(Written(info), c.line);
+    EXPECT_EQ(CCmdLineInfo((u"/FU \"" + info.m_szOutFileName + u"\"").c_str()).m_nHwnd, c.readBack);
+  }
+}
+
 TEST_F(RecordWriter, ALineOf275CharactersFits) {
   CCmdLineInfo info;
   info.m_szPrinterName = std::u16string(269, u'p');  // with /P, blank, quotes and line feed: 275

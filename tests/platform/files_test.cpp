@@ -278,6 +278,26 @@ TEST_F(FileContents, AHandleThatMayOnlyAppendWritesAtTheEndWhereverItStands) {
   EXPECT_EQ(ReadFileBytes(u"file"), "one two three");
 }
 
+TEST_F(FileContents, AnAppendingHandleWritesAtTheEndWhereverOthersWrote) {
+  // The right to read changes nothing in that: it is the right to write anywhere that would.
+  for (const std::uint32_t access : {FILE_APPEND_DATA, GENERIC_READ | FILE_APPEND_DATA}) {
+    SCOPED_TRACE(access);
+    MakeFile(u"file", "one");
+    {
+      const OwnedFile first = Open(u"file", access, kShareAll);
+      const OwnedFile second = Open(u"file", access, kShareAll);
+      const OwnedFile anywhere = Open(u"file", GENERIC_WRITE, kShareAll);
+      Write(first, " two");
+      Write(second, " three");
+      Write(first, " four");
+      EXPECT_EQ(os.files.SetFilePointer(anywhere.get(), 0, FILE_END), 18u);
+      Write(anywhere, " five");
+      Write(second, " six");
+    }
+    EXPECT_EQ(ReadFileBytes(u"file"), "one two three four five six");
+  }
+}
+
 TEST_F(FileContents, ASeekIsFromTheBeginningThePositionOrTheEnd) {
   MakeFile(u"file", "0123456789");
   const OwnedFile file = Open(u"file", GENERIC_READ);
