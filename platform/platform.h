@@ -13,7 +13,9 @@
 #include "platform/processes.h"
 #include "platform/profile_files.h"
 #include "platform/registry.h"
+#include "platform/sections.h"
 #include "platform/shell.h"
+#include "platform/spooler.h"
 #include "platform/system_info.h"
 #include "platform/types.h"
 #include "platform/windowing.h"
@@ -31,6 +33,8 @@ struct Platform {
   Shell& shell;
   SystemInfo& system;
   NationalLanguage& nls;
+  Sections& sections;
+  Spooler& spooler;
 };
 
 // The system that the calling thread runs on. On the simulated machine a thread that belongs to no

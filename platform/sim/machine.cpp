@@ -5,7 +5,9 @@
 #include "platform/sim/file_calls.h"
 #include "platform/sim/profile_calls.h"
 #include "platform/sim/registry_calls.h"
+#include "platform/sim/section_calls.h"
 #include "platform/sim/small_calls.h"
+#include "platform/sim/spooler_calls.h"
 #include "platform/sim/text.h"
 #include "platform/sim/windowing_calls.h"
 
@@ -21,7 +23,9 @@ struct Machine::Services {
         windowing(machine),
         shell(machine),
         system(machine),
-        nls(machine) {}
+        nls(machine),
+        sections(machine),
+        spooler(machine) {}
 
   RegistryCalls registry;
   FileCalls files;
@@ -33,6 +37,8 @@ struct Machine::Services {
   ShellCalls shell;
   SystemCalls system;
   LanguageCalls nls;
+  SectionCalls sections;
+  SpoolerCalls spooler;
 };
 
 Machine::Machine(std::uint64_t seed)
@@ -43,7 +49,7 @@ Machine::Machine(std::uint64_t seed)
       m_platform(new platform::Platform{
           m_services->registry, m_services->files, m_services->profiles, m_services->objects,
           m_services->process, m_services->modules, m_services->windowing, m_services->shell,
-          m_services->system, m_services->nls}) {}
+          m_services->system, m_services->nls, m_services->sections, m_services->spooler}) {}
 
 Machine::~Machine() {
   m_observer = nullptr;

@@ -24,6 +24,7 @@
 #include "platform/sim/process.h"
 #include "platform/sim/registry_tree.h"
 #include "platform/sim/scheduler.h"
+#include "platform/sim/spooler_state.h"
 #include "platform/sim/system_state.h"
 
 namespace sim {
@@ -56,6 +57,7 @@ class Machine {
   NamedObjects& objects() { return m_objects; }
   Desktop& desktop() { return m_desktop; }
   SystemState& system() { return m_system; }
+  SpoolerState& spooler() { return m_spooler; }
   Scheduler& scheduler() { return m_scheduler; }
   const platform::Platform& platform() const { return *m_platform; }
 
@@ -101,6 +103,7 @@ class Machine {
   bool m_keepsTrace = true;
   std::function<void(const Event&)> m_observer;
   SystemState m_system;
+  SpoolerState m_spooler;
   NamedObjects m_objects;
   RegistryTree m_registry;
   FileTree m_files;

@@ -3,13 +3,14 @@
 #include <utility>
 
 #include "platform/sim/machine.h"
+#include "platform/sim/object_handle.h"
 #include "platform/sim/text.h"
 
 namespace sim {
 
 using namespace platform;
 
-Waitable::~Waitable() {
+NamedObject::~NamedObject() {
   if (!m_name.empty()) m_objects.m_byName.erase(m_name);
 }
 
@@ -64,12 +65,12 @@ bool Semaphore::Release(std::int32_t count, Scheduler& scheduler) {
   return true;
 }
 
-std::shared_ptr<Waitable> NamedObjects::Find(const std::u16string& name) const {
+std::shared_ptr<NamedObject> NamedObjects::Find(const std::u16string& name) const {
   const auto found = m_byName.find(name);
   return found == m_byName.end() ? nullptr : found->second.lock();
 }
 
-void NamedObjects::Publish(const std::shared_ptr<Waitable>& object) {
+void NamedObjects::Publish(const std::shared_ptr<NamedObject>& object) {
   if (!object->name().empty()) m_byName[object->name()] = object;
 }
 
@@ -79,19 +80,6 @@ void NamedObjects::Abandon(Thread& thread, Scheduler& scheduler) {
     if (mutex->IsOwnedBy(thread)) mutex->Abandon(scheduler);
 }
 
-namespace {
-
-class ObjectHandle final : public HandleBody {
- public:
-  explicit ObjectHandle(std::shared_ptr<Waitable> object) : m_object(std::move(object)) {}
-  std::u16string Describe() const override { return m_object->Describe(); }
-  Waitable& object() const { return *m_object; }
-
- private:
-  std::shared_ptr<Waitable> m_object;
-};
-
-// A name is the session's own unless it begins with "Global\"; "Local\" only says so.
 std::u16string ObjectName(const char16_t* name) {
   constexpr std::u16string_view kLocal = u"Local\\";
   std::u16string_view view = View(name);
@@ -99,38 +87,10 @@ std::u16string ObjectName(const char16_t* name) {
   return std::u16string(view);
 }
 
-// A handle to the object of that name, or to the one that `make` gives when there is none.
-template <class T, class Make>
-HANDLE CreateOrOpen(Call& call, const char16_t* name, const Make& make) {
-  NamedObjects& objects = call.machine().objects();
-  std::shared_ptr<Waitable> object = objects.Find(ObjectName(name));
-  if (object != nullptr && dynamic_cast<T*>(object.get()) == nullptr) {
-    call.SetLastError(ERROR_INVALID_HANDLE);
-    return HANDLE{};
-  }
-  call.SetLastError(object == nullptr ? ERROR_SUCCESS : ERROR_ALREADY_EXISTS);
-  if (object == nullptr) {
-    object = make(objects);
-    objects.Publish(object);
-  }
-  return HANDLE{call.process().AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
-}
-
-// The open object of that kind, or null with the error set.
-template <class T>
-T* FindObject(Call& call, HANDLE handle, std::shared_ptr<ObjectHandle>& body) {
-  body = call.process().FindHandle<ObjectHandle>(static_cast<std::uint64_t>(handle));
-  T* object = body == nullptr ? nullptr : dynamic_cast<T*>(&body->object());
-  if (object == nullptr) call.SetLastError(ERROR_INVALID_HANDLE);
-  return object;
-}
-
-}  // namespace
-
 HANDLE KernelObjectCalls::CreateMutexW(bool initialOwner, const char16_t* name) {
   Call call("CreateMutexW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
-  return CreateOrOpen<Mutex>(call, name, [&](NamedObjects& objects) {
+  return CreateOrOpenObject<Mutex>(call, name, [&](NamedObjects& objects) {
     auto mutex = std::make_shared<Mutex>(objects, ObjectName(name));
     if (initialOwner) mutex->Take(call.thread());
     return mutex;
@@ -140,12 +100,7 @@ HANDLE KernelObjectCalls::CreateMutexW(bool initialOwner, const char16_t* name) 
 HANDLE KernelObjectCalls::OpenMutexW(std::uint32_t, const char16_t* name) {
   Call call("OpenMutexW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
-  std::shared_ptr<Waitable> object = m_machine.objects().Find(ObjectName(name));
-  if (dynamic_cast<Mutex*>(object.get()) == nullptr) {
-    call.SetLastError(object == nullptr ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_HANDLE);
-    return HANDLE{};
-  }
-  return HANDLE{call.process().AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
+  return OpenObject<Mutex>(call, name);
 }
 
 bool KernelObjectCalls::ReleaseMutex(HANDLE handle) {
@@ -171,7 +126,7 @@ HANDLE KernelObjectCalls::CreateSemaphoreW(std::int32_t initialCount, std::int32
     call.SetLastError(ERROR_INVALID_PARAMETER);
     return HANDLE{};
   }
-  return CreateOrOpen<Semaphore>(call, name, [&](NamedObjects& objects) {
+  return CreateOrOpenObject<Semaphore>(call, name, [&](NamedObjects& objects) {
     return std::make_shared<Semaphore>(objects, ObjectName(name), initialCount, maximumCount);
   });
 }

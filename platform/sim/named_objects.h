@@ -1,4 +1,5 @@
-// Kernel objects of the simulated machine that processes share by name: mutexes and semaphores.
+// Kernel objects of the simulated machine that processes share by name: mutexes, semaphores, and
+// what sections (section_calls.h) have in common with them.
 #pragma once
 
 #include <cstdint>
@@ -16,17 +17,31 @@ namespace sim {
 class NamedObjects;
 class Scheduler;
 
-// What can be waited for. It leaves the name space when its last handle is closed.
-class Waitable {
+// What kernel handles stand for, with a name or without. It goes, and its name with it, when its
+// last handle is closed.
+class NamedObject {
  public:
-  Waitable(NamedObjects& objects, std::u16string name)
+  NamedObject(NamedObjects& objects, std::u16string name)
       : m_objects(objects), m_name(std::move(name)) {}
-  virtual ~Waitable();
-  Waitable(const Waitable&) = delete;
-  Waitable& operator=(const Waitable&) = delete;
+  virtual ~NamedObject();
+  NamedObject(const NamedObject&) = delete;
+  NamedObject& operator=(const NamedObject&) = delete;
 
   const std::u16string& name() const { return m_name; }
   virtual std::u16string Describe() const = 0;
+
+ protected:
+  NamedObjects& m_objects;
+
+ private:
+  std::u16string m_name;  // empty: unnamed
+};
+
+// What can be waited for.
+class Waitable : public NamedObject {
+ public:
+  using NamedObject::NamedObject;
+
   virtual bool IsFreeFor(const Thread& thread) const = 0;
   // Takes the object for `thread`; only when it is free. What the wait gives.
   virtual std::uint32_t Take(Thread& thread) = 0;
@@ -43,10 +58,7 @@ class Waitable {
   // Gives the object, as far as it is free, to those that wait for it, the longest first.
   void HandOver(Scheduler& scheduler);
 
-  NamedObjects& m_objects;
-
  private:
-  std::u16string m_name;  // empty: unnamed
   std::vector<Waiter*> m_waiters;
 };
 
@@ -97,15 +109,15 @@ class NamedObjects {
   // --- for the simulation ---
 
   // Null when there is none of that name; an empty name finds nothing.
-  std::shared_ptr<Waitable> Find(const std::u16string& name) const;
-  void Publish(const std::shared_ptr<Waitable>& object);
+  std::shared_ptr<NamedObject> Find(const std::u16string& name) const;
+  void Publish(const std::shared_ptr<NamedObject>& object);
   // Gives up the mutexes that an ending thread owns; waiters find them abandoned.
   void Abandon(Thread& thread, Scheduler& scheduler);
 
  private:
-  friend class Waitable;
+  friend class NamedObject;
   friend class Mutex;
-  std::map<std::u16string, std::weak_ptr<Waitable>> m_byName;
+  std::map<std::u16string, std::weak_ptr<NamedObject>> m_byName;
   std::vector<Mutex*> m_owned;
 };
 

@@ -32,6 +32,12 @@
   USE(INVALID_SET_FILE_POINTER) USE(INVALID_FILE_SIZE)                                             \
   /* kernel_objects.h */                                                                           \
   USE(SYNCHRONIZE) USE(WAIT_OBJECT_0) USE(WAIT_ABANDONED) USE(WAIT_TIMEOUT) USE(WAIT_FAILED)       \
+  /* sections.h */                                                                                 \
+  USE(PAGE_READWRITE) USE(FILE_MAP_ALL_ACCESS) USE(ERROR_INVALID_ADDRESS)                          \
+  /* spooler.h */                                                                                  \
+  USE(PRINTER_ACCESS_ADMINISTER) USE(PRINTER_ACCESS_USE) USE(PRINTER_ALL_ACCESS)                   \
+  USE(PRINTER_ATTRIBUTE_NETWORK) USE(ERROR_INVALID_LEVEL) USE(ERROR_UNKNOWN_PRINTER_DRIVER)        \
+  USE(ERROR_INVALID_PRINTER_NAME) USE(ERROR_PRINTER_DELETED)                                       \
   /* system_info.h */                                                                              \
   USE(VER_PLATFORM_WIN32_NT)                                                                       \
   /* nls.h */                                                                                      \
@@ -58,6 +64,7 @@ FOR_EACH_NUMBER(TAKE_DOWN)
 #include "platform/win32/conversion.h"
 
 #include <shlobj.h>
+#include <winspool.h>
 
 FOR_EACH_NUMBER(PROVE_EQUAL)
 
@@ -89,3 +96,56 @@ PROVE_SAME_PLACE(DrawItem, top, DRAWITEMSTRUCT, rcItem.top)
 PROVE_SAME_PLACE(DrawItem, right, DRAWITEMSTRUCT, rcItem.right)
 PROVE_SAME_PLACE(DrawItem, bottom, DRAWITEMSTRUCT, rcItem.bottom)
 PROVE_SAME_PLACE(DrawItem, itemData, DRAWITEMSTRUCT, itemData)
+
+static_assert(sizeof(platform::PrinterDefaults) == sizeof(PRINTER_DEFAULTSW));
+PROVE_SAME_PLACE(PrinterDefaults, datatype, PRINTER_DEFAULTSW, pDatatype)
+PROVE_SAME_PLACE(PrinterDefaults, devMode, PRINTER_DEFAULTSW, pDevMode)
+PROVE_SAME_PLACE(PrinterDefaults, desiredAccess, PRINTER_DEFAULTSW, DesiredAccess)
+
+static_assert(sizeof(platform::PrinterInfo2) == sizeof(PRINTER_INFO_2W));
+PROVE_SAME_PLACE(PrinterInfo2, serverName, PRINTER_INFO_2W, pServerName)
+PROVE_SAME_PLACE(PrinterInfo2, printerName, PRINTER_INFO_2W, pPrinterName)
+PROVE_SAME_PLACE(PrinterInfo2, shareName, PRINTER_INFO_2W, pShareName)
+PROVE_SAME_PLACE(PrinterInfo2, portName, PRINTER_INFO_2W, pPortName)
+PROVE_SAME_PLACE(PrinterInfo2, driverName, PRINTER_INFO_2W, pDriverName)
+PROVE_SAME_PLACE(PrinterInfo2, comment, PRINTER_INFO_2W, pComment)
+PROVE_SAME_PLACE(PrinterInfo2, location, PRINTER_INFO_2W, pLocation)
+PROVE_SAME_PLACE(PrinterInfo2, devMode, PRINTER_INFO_2W, pDevMode)
+PROVE_SAME_PLACE(PrinterInfo2, separatorFile, PRINTER_INFO_2W, pSepFile)
+PROVE_SAME_PLACE(PrinterInfo2, printProcessor, PRINTER_INFO_2W, pPrintProcessor)
+PROVE_SAME_PLACE(PrinterInfo2, datatype, PRINTER_INFO_2W, pDatatype)
+PROVE_SAME_PLACE(PrinterInfo2, parameters, PRINTER_INFO_2W, pParameters)
+PROVE_SAME_PLACE(PrinterInfo2, securityDescriptor, PRINTER_INFO_2W, pSecurityDescriptor)
+PROVE_SAME_PLACE(PrinterInfo2, attributes, PRINTER_INFO_2W, Attributes)
+PROVE_SAME_PLACE(PrinterInfo2, priority, PRINTER_INFO_2W, Priority)
+PROVE_SAME_PLACE(PrinterInfo2, defaultPriority, PRINTER_INFO_2W, DefaultPriority)
+PROVE_SAME_PLACE(PrinterInfo2, startTime, PRINTER_INFO_2W, StartTime)
+PROVE_SAME_PLACE(PrinterInfo2, untilTime, PRINTER_INFO_2W, UntilTime)
+PROVE_SAME_PLACE(PrinterInfo2, status, PRINTER_INFO_2W, Status)
+PROVE_SAME_PLACE(PrinterInfo2, jobs, PRINTER_INFO_2W, cJobs)
+PROVE_SAME_PLACE(PrinterInfo2, averagePagesPerMinute, PRINTER_INFO_2W, AveragePPM)
+
+static_assert(sizeof(platform::PrinterInfo4) == sizeof(PRINTER_INFO_4W));
+PROVE_SAME_PLACE(PrinterInfo4, printerName, PRINTER_INFO_4W, pPrinterName)
+PROVE_SAME_PLACE(PrinterInfo4, serverName, PRINTER_INFO_4W, pServerName)
+PROVE_SAME_PLACE(PrinterInfo4, attributes, PRINTER_INFO_4W, Attributes)
+
+static_assert(sizeof(platform::DriverInfo2) == sizeof(DRIVER_INFO_2W));
+PROVE_SAME_PLACE(DriverInfo2, version, DRIVER_INFO_2W, cVersion)
+PROVE_SAME_PLACE(DriverInfo2, name, DRIVER_INFO_2W, pName)
+PROVE_SAME_PLACE(DriverInfo2, environment, DRIVER_INFO_2W, pEnvironment)
+PROVE_SAME_PLACE(DriverInfo2, driverPath, DRIVER_INFO_2W, pDriverPath)
+PROVE_SAME_PLACE(DriverInfo2, dataFile, DRIVER_INFO_2W, pDataFile)
+PROVE_SAME_PLACE(DriverInfo2, configFile, DRIVER_INFO_2W, pConfigFile)
+
+static_assert(sizeof(platform::DriverInfo3) == sizeof(DRIVER_INFO_3W));
+PROVE_SAME_PLACE(DriverInfo3, version, DRIVER_INFO_3W, cVersion)
+PROVE_SAME_PLACE(DriverInfo3, name, DRIVER_INFO_3W, pName)
+PROVE_SAME_PLACE(DriverInfo3, environment, DRIVER_INFO_3W, pEnvironment)
+PROVE_SAME_PLACE(DriverInfo3, driverPath, DRIVER_INFO_3W, pDriverPath)
+PROVE_SAME_PLACE(DriverInfo3, dataFile, DRIVER_INFO_3W, pDataFile)
+PROVE_SAME_PLACE(DriverInfo3, configFile, DRIVER_INFO_3W, pConfigFile)
+PROVE_SAME_PLACE(DriverInfo3, helpFile, DRIVER_INFO_3W, pHelpFile)
+PROVE_SAME_PLACE(DriverInfo3, dependentFiles, DRIVER_INFO_3W, pDependentFiles)
+PROVE_SAME_PLACE(DriverInfo3, monitorName, DRIVER_INFO_3W, pMonitorName)
+PROVE_SAME_PLACE(DriverInfo3, defaultDatatype, DRIVER_INFO_3W, pDefaultDataType)

@@ -16,5 +16,7 @@ Windowing& Win32Windowing();
 Shell& Win32Shell();
 SystemInfo& Win32SystemInfo();
 NationalLanguage& Win32NationalLanguage();
+Sections& Win32Sections();
+Spooler& Win32Spooler();
 
 }  // namespace platform

@@ -15,6 +15,8 @@ const Platform& Os() {
       .shell = Win32Shell(),
       .system = Win32SystemInfo(),
       .nls = Win32NationalLanguage(),
+      .sections = Win32Sections(),
+      .spooler = Win32Spooler(),
   };
   return system;
 }

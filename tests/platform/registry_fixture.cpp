@@ -1,7 +1,6 @@
 #include "tests/platform/registry_fixture.h"
 
 namespace platform {
-namespace {
 
 void DeleteTree(Registry& registry, HKEY parent, const std::u16string& name) {
   OwnedKey key;
@@ -15,8 +14,6 @@ void DeleteTree(Registry& registry, HKEY parent, const std::u16string& name) {
   key.Reset();
   ASSERT_EQ(registry.RegDeleteKeyW(parent, name.c_str()), ERROR_SUCCESS);
 }
-
-}  // namespace
 
 RegistryContract::RegistryContract() {
   DeleteTree(registry, HKEY_CURRENT_USER, kScratchKey);  // what a test that crashed has left

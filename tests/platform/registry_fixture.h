@@ -33,6 +33,9 @@ class RegistryContract : public PlatformTest {
   OwnedKey m_key;
 };
 
+// Deletes a key with all that is below it, if there is one.
+void DeleteTree(Registry& registry, HKEY parent, const std::u16string& name);
+
 inline constexpr const char16_t* kScratchKey = u"Software\\KAVRO\\PlatformTest";
 
 }  // namespace platform

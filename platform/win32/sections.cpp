@@ -1,0 +1,31 @@
+// Sections of Windows, backed by the page file.
+#include "platform/win32/conversion.h"
+#include "platform/win32/services.h"
+
+namespace platform {
+namespace {
+
+class SectionsOfWindows final : public Sections {
+ public:
+  HANDLE CreateFileMappingW(std::uint32_t bytes, const char16_t* name) override {
+    return handle_cast<HANDLE>(::CreateFileMappingW(handle_cast<::HANDLE>(INVALID_HANDLE_VALUE),
+                                                    nullptr, PAGE_READWRITE, 0, bytes,
+                                                    text_cast(name)));
+  }
+
+  HANDLE OpenFileMappingW(std::uint32_t access, const char16_t* name) override {
+    return handle_cast<HANDLE>(::OpenFileMappingW(access, FALSE, text_cast(name)));
+  }
+
+  void* MapViewOfFile(HANDLE section, std::uint32_t access, std::uint64_t bytes) override {
+    return ::MapViewOfFile(handle_cast<::HANDLE>(section), access, 0, 0, bytes);
+  }
+
+  bool UnmapViewOfFile(const void* view) override { return ::UnmapViewOfFile(view) != FALSE; }
+};
+
+}  // namespace
+
+Sections& Win32Sections() { return *new SectionsOfWindows; }
+
+}  // namespace platform
