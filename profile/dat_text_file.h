@@ -1,0 +1,60 @@
+// The reader of data files whose keys repeat: the system's own reader finds only the first of
+// several equal keys. docs/driver-set.md tells the form of a file.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vgl {
+
+// A data file, held whole in memory and read forward; only FindSection goes back. Each byte is a
+// character by sign extension (0x80 to 0xFF become U+FF80 to U+FFFF): no code page is applied, the
+// files are ASCII. Nothing of a file is reported as wrong.
+//
+// Names compare without regard to the case of A to Z. Outputs are emptied first; a name given must
+// not lie inside an output of the same call.
+class CDatTextFile {
+ public:
+  CDatTextFile() = default;
+  CDatTextFile(const CDatTextFile&) = delete;
+  CDatTextFile& operator=(const CDatTextFile&) = delete;
+
+  // Reads the file and closes it again; nobody may write to it meanwhile. 1 when it was read and
+  // isn't empty. 0 when there is no path, no such file, nothing in it, no memory for it, or when it
+  // can't be opened or read; the object is empty then, whatever it held before.
+  int Open(const std::u16string& path);
+
+  // Goes behind the first header line "[name]", looking from the top of the file. 1 when there is
+  // one. 0 when there is none (the position is the file's end then) and for an empty name (the
+  // position is its top).
+  int FindSection(std::u16string_view name);
+
+  // The value of the next line with that key. The position is behind that line then, so that the
+  // next call gives the next one. 1 when there is one; 0 at the end of the search (which a section
+  // header is not, see the source) and for an empty name.
+  int FindKey(std::u16string_view name, std::u16string& value);
+
+  // The next line that isn't empty without its comment and its outer blanks, without them. 0 at the
+  // end of the file.
+  int ReadLine(std::u16string& line);
+
+  // The next line without its comment, with its line feed and its blanks. 0 at the end of the file.
+  int ReadRawLine(std::u16string& line);
+
+  // The two sides of the first equals sign in a line, without their outer blanks. 1 when neither is
+  // empty; otherwise 0, and both outputs are empty. `line` must not lie inside an output.
+  static int SplitKeyValue(std::u16string_view line, std::u16string& name, std::u16string& value);
+
+ private:
+  bool LoadFrom(const std::u16string& path);
+  bool NextRawLine(std::string_view& text, bool& endsWithLineFeed);
+  bool NextLine(std::string_view& text);
+
+  std::unique_ptr<char[]> m_pBuffer;
+  std::size_t m_nLength = 0;    // in bytes
+  std::size_t m_nPosition = 0;  // of the next byte to read
+};
+
+}  // namespace vgl
