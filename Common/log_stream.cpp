@@ -84,7 +84,8 @@ void CLogStream::WriteBytes(const void* data, std::uint32_t bytes) {
   Os().files.WriteFile(m_file.get(), data, bytes, &written);
 }
 
-CLogMutex::CLogMutex(const char16_t* name) : m_mutex(Os().objects.CreateMutexW(false, name)) {
+CLogMutex::CLogMutex(const char16_t* name)
+    : m_mutex(Os().objects.CreateMutexW(nullptr, false, name)) {
   if (m_mutex) Os().objects.WaitForSingleObject(m_mutex.get(), platform::INFINITE);
 }
 

@@ -5,6 +5,7 @@
 // begin with "Local\".
 #pragma once
 
+#include "platform/security.h"
 #include "platform/types.h"
 
 namespace platform {
@@ -22,8 +23,10 @@ class KernelObjects {
 
   // Makes a mutex or opens the one of that name (a null name makes an unnamed one). With
   // `initialOwner` a newly made one belongs to the calling thread. HANDLE{} on failure; on success
-  // the last error is 183 when it existed, else 0. Default security.
-  virtual HANDLE CreateMutexW(bool initialOwner, const char16_t* name) = 0;
+  // the last error is 183 when it existed, else 0. `attributes` tell who may open a newly made one;
+  // null stands for default security.
+  virtual HANDLE CreateMutexW(const SecurityAttributes* attributes, bool initialOwner,
+                              const char16_t* name) = 0;
 
   // HANDLE{} with 2 when there is no mutex of that name.
   virtual HANDLE OpenMutexW(std::uint32_t access, const char16_t* name) = 0;

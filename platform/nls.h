@@ -28,6 +28,13 @@ class NationalLanguage {
   // added. A character that the code page lacks becomes its default character.
   virtual std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text,
                                            std::int32_t chars, char* out, std::int32_t bytes) = 0;
+
+  // `bytes` bytes of the code page as characters into room for `chars` characters (0: only tell the
+  // number); -1 bytes: up to and with the terminator. The number of characters, 0 on failure (122
+  // when the room is too small, 87 for no bytes).
+  virtual std::int32_t MultiByteToWideChar(std::uint32_t codePage, const char* text,
+                                           std::int32_t bytes, char16_t* out,
+                                           std::int32_t chars) = 0;
 };
 
 }  // namespace platform

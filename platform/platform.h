@@ -14,6 +14,7 @@
 #include "platform/profile_files.h"
 #include "platform/registry.h"
 #include "platform/sections.h"
+#include "platform/security.h"
 #include "platform/shell.h"
 #include "platform/spooler.h"
 #include "platform/system_info.h"
@@ -35,6 +36,7 @@ struct Platform {
   NationalLanguage& nls;
   Sections& sections;
   Spooler& spooler;
+  Security& security;
 };
 
 // The system that the calling thread runs on. On the simulated machine a thread that belongs to no

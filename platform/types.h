@@ -60,6 +60,7 @@ inline constexpr std::int32_t ERROR_NOT_OWNER = 288;
 inline constexpr std::int32_t ERROR_TOO_MANY_POSTS = 298;
 inline constexpr std::int32_t ERROR_KEY_DELETED = 1018;
 inline constexpr std::int32_t ERROR_MESSAGE_SYNC_ONLY = 1159;
+inline constexpr std::int32_t ERROR_UNKNOWN_REVISION = 1305;
 inline constexpr std::int32_t ERROR_INVALID_WINDOW_HANDLE = 1400;
 inline constexpr std::int32_t ERROR_CLASS_ALREADY_EXISTS = 1410;
 inline constexpr std::int32_t ERROR_CANNOT_FIND_WND_CLASS = 1407;

@@ -39,6 +39,7 @@ struct Machine::Services {
   LanguageCalls nls;
   SectionCalls sections;
   SpoolerCalls spooler;
+  SecurityCalls security;
 };
 
 Machine::Machine(std::uint64_t seed)
@@ -49,7 +50,8 @@ Machine::Machine(std::uint64_t seed)
       m_platform(new platform::Platform{
           m_services->registry, m_services->files, m_services->profiles, m_services->objects,
           m_services->process, m_services->modules, m_services->windowing, m_services->shell,
-          m_services->system, m_services->nls, m_services->sections, m_services->spooler}) {}
+          m_services->system, m_services->nls, m_services->sections, m_services->spooler,
+          m_services->security}) {}
 
 Machine::~Machine() {
   m_observer = nullptr;

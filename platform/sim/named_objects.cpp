@@ -87,7 +87,9 @@ std::u16string ObjectName(const char16_t* name) {
   return std::u16string(view);
 }
 
-HANDLE KernelObjectCalls::CreateMutexW(bool initialOwner, const char16_t* name) {
+// All simulated processes run for one user, so who may open an object makes no difference.
+HANDLE KernelObjectCalls::CreateMutexW(const SecurityAttributes*, bool initialOwner,
+                                       const char16_t* name) {
   Call call("CreateMutexW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
   return CreateOrOpenObject<Mutex>(call, name, [&](NamedObjects& objects) {

@@ -125,7 +125,8 @@ class KernelObjectCalls final : public platform::KernelObjects {
  public:
   explicit KernelObjectCalls(Machine& machine) : m_machine(machine) {}
 
-  platform::HANDLE CreateMutexW(bool initialOwner, const char16_t* name) override;
+  platform::HANDLE CreateMutexW(const platform::SecurityAttributes* attributes, bool initialOwner,
+                                const char16_t* name) override;
   platform::HANDLE OpenMutexW(std::uint32_t access, const char16_t* name) override;
   bool ReleaseMutex(platform::HANDLE mutex) override;
   platform::HANDLE CreateSemaphoreW(std::int32_t initialCount, std::int32_t maximumCount,

@@ -1,6 +1,7 @@
 #include "platform/sim/small_calls.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/sim/code_page.h"
 #include "platform/sim/machine.h"
@@ -88,6 +89,23 @@ std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t fo
   if (!m_machine.files().Exists(known)) return 0;
   CopyCut(known, path, MAX_PATH);
   return 1;
+}
+
+bool SecurityCalls::InitializeSecurityDescriptor(SecurityDescriptor* descriptor,
+                                                 std::uint32_t revision) {
+  Call call("InitializeSecurityDescriptor");
+  if (call.Failure(ERROR_UNKNOWN_REVISION)) return false;
+  if (revision != SECURITY_DESCRIPTOR_REVISION) {
+    call.SetLastError(ERROR_UNKNOWN_REVISION);
+    return false;
+  }
+  *descriptor = SecurityDescriptor{};
+  return true;
+}
+
+bool SecurityCalls::SetSecurityDescriptorDacl(SecurityDescriptor*, bool, const void*, bool) {
+  Call call("SetSecurityDescriptorDacl");
+  return call.Failure(ERROR_INVALID_PARAMETER) == 0;
 }
 
 std::uint32_t SystemCalls::GetTickCount() {
@@ -186,6 +204,25 @@ std::int32_t LanguageCalls::WideCharToMultiByte(std::uint32_t codePage, const ch
   }
   std::transform(text, text + chars, out, ToCodePage);
   return chars;
+}
+
+std::int32_t LanguageCalls::MultiByteToWideChar(std::uint32_t codePage, const char* text,
+                                                std::int32_t bytes, char16_t* out,
+                                                std::int32_t chars) {
+  Call call("MultiByteToWideChar");
+  if (call.Failure(ERROR_INSUFFICIENT_BUFFER)) return 0;
+  if (codePage != CP_ACP || text == nullptr || bytes == 0 || bytes < -1 || chars < 0) {
+    call.SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  const auto count = bytes == -1 ? static_cast<std::int32_t>(std::strlen(text) + 1) : bytes;
+  if (chars == 0) return count;
+  if (chars < count) {
+    call.SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return 0;
+  }
+  std::transform(text, text + count, out, FromCodePage);
+  return count;
 }
 
 }  // namespace sim

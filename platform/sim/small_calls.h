@@ -4,6 +4,7 @@
 #include "platform/modules.h"
 #include "platform/nls.h"
 #include "platform/processes.h"
+#include "platform/security.h"
 #include "platform/shell.h"
 #include "platform/system_info.h"
 
@@ -41,6 +42,14 @@ class ShellCalls final : public platform::Shell {
   Machine& m_machine;
 };
 
+class SecurityCalls final : public platform::Security {
+ public:
+  bool InitializeSecurityDescriptor(platform::SecurityDescriptor* descriptor,
+                                    std::uint32_t revision) override;
+  bool SetSecurityDescriptorDacl(platform::SecurityDescriptor* descriptor, bool present,
+                                 const void* list, bool defaulted) override;
+};
+
 class SystemCalls final : public platform::SystemInfo {
  public:
   explicit SystemCalls(Machine& machine) : m_machine(machine) {}
@@ -61,6 +70,8 @@ class LanguageCalls final : public platform::NationalLanguage {
   std::int32_t lstrcmpiW(const char16_t* left, const char16_t* right) override;
   std::int32_t WideCharToMultiByte(std::uint32_t codePage, const char16_t* text, std::int32_t chars,
                                    char* out, std::int32_t bytes) override;
+  std::int32_t MultiByteToWideChar(std::uint32_t codePage, const char* text, std::int32_t bytes,
+                                   char16_t* out, std::int32_t chars) override;
 
  private:
   Machine& m_machine;

@@ -17,7 +17,7 @@
   USE(ERROR_NEGATIVE_SEEK) USE(ERROR_BAD_PATHNAME) USE(ERROR_INVALID_NAME)                         \
   USE(ERROR_ALREADY_EXISTS) USE(ERROR_MORE_DATA) USE(ERROR_NO_MORE_ITEMS) USE(ERROR_DIRECTORY)     \
   USE(ERROR_NOT_OWNER) USE(ERROR_TOO_MANY_POSTS) USE(ERROR_KEY_DELETED)                            \
-  USE(ERROR_MESSAGE_SYNC_ONLY) USE(ERROR_INVALID_WINDOW_HANDLE) USE(ERROR_CLASS_ALREADY_EXISTS)    \
+  USE(ERROR_UNKNOWN_REVISION) USE(ERROR_MESSAGE_SYNC_ONLY) USE(ERROR_INVALID_WINDOW_HANDLE) USE(ERROR_CLASS_ALREADY_EXISTS)    \
   USE(ERROR_CANNOT_FIND_WND_CLASS) USE(ERROR_NO_SYSTEM_RESOURCES)                                  \
   /* registry.h */                                                                                 \
   USE(KEY_QUERY_VALUE) USE(KEY_SET_VALUE) USE(KEY_CREATE_SUB_KEY) USE(KEY_ENUMERATE_SUB_KEYS)      \
@@ -38,6 +38,8 @@
   USE(PRINTER_ACCESS_ADMINISTER) USE(PRINTER_ACCESS_USE) USE(PRINTER_ALL_ACCESS)                   \
   USE(PRINTER_ATTRIBUTE_NETWORK) USE(ERROR_INVALID_LEVEL) USE(ERROR_UNKNOWN_PRINTER_DRIVER)        \
   USE(ERROR_INVALID_PRINTER_NAME) USE(ERROR_PRINTER_DELETED)                                       \
+  /* security.h */                                                                                 \
+  USE(SECURITY_DESCRIPTOR_REVISION)                                                                \
   /* system_info.h */                                                                              \
   USE(VER_PLATFORM_WIN32_NT)                                                                       \
   /* nls.h */                                                                                      \
@@ -124,6 +126,13 @@ PROVE_SAME_PLACE(PrinterInfo2, untilTime, PRINTER_INFO_2W, UntilTime)
 PROVE_SAME_PLACE(PrinterInfo2, status, PRINTER_INFO_2W, Status)
 PROVE_SAME_PLACE(PrinterInfo2, jobs, PRINTER_INFO_2W, cJobs)
 PROVE_SAME_PLACE(PrinterInfo2, averagePagesPerMinute, PRINTER_INFO_2W, AveragePPM)
+
+static_assert(sizeof(platform::SecurityDescriptor) == sizeof(SECURITY_DESCRIPTOR));
+static_assert(alignof(platform::SecurityDescriptor) == alignof(SECURITY_DESCRIPTOR));
+static_assert(sizeof(platform::SecurityAttributes) == sizeof(SECURITY_ATTRIBUTES));
+PROVE_SAME_PLACE(SecurityAttributes, length, SECURITY_ATTRIBUTES, nLength)
+PROVE_SAME_PLACE(SecurityAttributes, descriptor, SECURITY_ATTRIBUTES, lpSecurityDescriptor)
+PROVE_SAME_PLACE(SecurityAttributes, inheritHandle, SECURITY_ATTRIBUTES, bInheritHandle)
 
 static_assert(sizeof(platform::PrinterInfo4) == sizeof(PRINTER_INFO_4W));
 PROVE_SAME_PLACE(PrinterInfo4, printerName, PRINTER_INFO_4W, pPrinterName)

@@ -7,8 +7,12 @@ namespace {
 
 class KernelObjectsOfWindows final : public KernelObjects {
  public:
-  HANDLE CreateMutexW(bool initialOwner, const char16_t* name) override {
-    return handle_cast<HANDLE>(::CreateMutexW(nullptr, initialOwner, text_cast(name)));
+  HANDLE CreateMutexW(const SecurityAttributes* attributes, bool initialOwner,
+                      const char16_t* name) override {
+    // Windows only reads them; the layouts are the same (constants.cpp).
+    auto* native =
+        reinterpret_cast<SECURITY_ATTRIBUTES*>(const_cast<SecurityAttributes*>(attributes));
+    return handle_cast<HANDLE>(::CreateMutexW(native, initialOwner, text_cast(name)));
   }
 
   HANDLE OpenMutexW(std::uint32_t access, const char16_t* name) override {

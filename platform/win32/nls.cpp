@@ -22,6 +22,11 @@ class NationalLanguageOfWindows final : public NationalLanguage {
                                    char* out, std::int32_t bytes) override {
     return ::WideCharToMultiByte(codePage, 0, text_cast(text), chars, out, bytes, nullptr, nullptr);
   }
+
+  std::int32_t MultiByteToWideChar(std::uint32_t codePage, const char* text, std::int32_t bytes,
+                                   char16_t* out, std::int32_t chars) override {
+    return ::MultiByteToWideChar(codePage, 0, text, bytes, text_cast(out), chars);
+  }
 };
 
 }  // namespace

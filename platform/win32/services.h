@@ -18,5 +18,6 @@ SystemInfo& Win32SystemInfo();
 NationalLanguage& Win32NationalLanguage();
 Sections& Win32Sections();
 Spooler& Win32Spooler();
+Security& Win32Security();
 
 }  // namespace platform

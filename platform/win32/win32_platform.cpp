@@ -17,6 +17,7 @@ const Platform& Os() {
       .nls = Win32NationalLanguage(),
       .sections = Win32Sections(),
       .spooler = Win32Spooler(),
+      .security = Win32Security(),
   };
   return system;
 }

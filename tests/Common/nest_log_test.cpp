@@ -332,7 +332,7 @@ TEST_F(NestLog, AProcessWaitsItsTurnAndTellsTheTimeOfItsWriting) {
   const CNestLog scope(nullptr);
   Forget();
   machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
-    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
     platform::Os().process.Sleep(5000);
     platform::Os().objects.ReleaseMutex(mutex.get());
     return 0u;
@@ -346,7 +346,7 @@ TEST_F(NestLog, TheWaitForTheMutexHasNoLimit) {
   const CNestLog scope(nullptr);
   Forget();
   machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
-    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
     platform::Os().process.Sleep(3600000);
     platform::Os().objects.ReleaseMutex(mutex.get());
     return 0u;
@@ -363,7 +363,7 @@ TEST_F(NestLog, AProcessThatIsEndedWhileItWaitsLeavesNoLine) {
     const CNestLog scope(u"never entered");
     return 0u;
   });
-  const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+  const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
   machine.Settle();
   EXPECT_FALSE(waiting.ended());
   machine.EndProcess(waiting);
@@ -403,7 +403,7 @@ TEST_F(NestLog, AppendRawWritesTheTextAloneToAMarkedFile) {
 }
 
 TEST_F(NestLog, AppendRawNeedsNoMutex) {
-  const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(false, kMutex));
+  const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, false, kMutex));
   const auto calls = inside.process().calls();
   CNestLog::AppendRaw(u"C:\\raw.txt", u"a");
   // Opening, size, mark, seeking, writing, closing.

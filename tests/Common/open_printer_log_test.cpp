@@ -206,7 +206,7 @@ TEST_F(OpenPrinterLog, AFileThatAnotherProgramWritesIsLeftAlone) {
 
 TEST_F(OpenPrinterLog, AnotherProcessWaitsItsTurnAndKeepsItsTime) {
   machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
-    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
     platform::Os().process.Sleep(5000);
     platform::Os().objects.ReleaseMutex(mutex.get());
     return 0u;
@@ -220,7 +220,7 @@ TEST_F(OpenPrinterLog, AnotherProcessWaitsItsTurnAndKeepsItsTime) {
 
 TEST_F(OpenPrinterLog, TheWaitForTheMutexHasNoLimit) {
   machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
-    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
     platform::Os().process.Sleep(3600000);
     platform::Os().objects.ReleaseMutex(mutex.get());
     return 0u;
@@ -233,12 +233,13 @@ TEST_F(OpenPrinterLog, TheWaitForTheMutexHasNoLimit) {
 
 TEST_F(OpenPrinterLog, AMutexLeftByADeadProcessHoldsNobodyUp) {
   sim::Process& dead = machine.StartProcess(u"C:\\other.exe", u"", [](const char16_t*) {
-    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(true, kMutex));
+    const platform::OwnedObject mutex(platform::Os().objects.CreateMutexW(nullptr, true, kMutex));
     platform::Os().process.Sleep(platform::INFINITE);
     return 0u;
   });
   machine.Settle();
-  const platform::OwnedObject keptAlive(platform::Os().objects.CreateMutexW(false, kMutex));
+  const platform::OwnedObject keptAlive(
+      platform::Os().objects.CreateMutexW(nullptr, false, kMutex));
   machine.EndProcess(dead);
   CKvOpenPrinterLog().Print(u"a\n");
   EXPECT_EQ(Log(), std::string(kHeader) + "a\r\n");

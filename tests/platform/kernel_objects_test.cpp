@@ -9,7 +9,7 @@ namespace {
 class KernelObjectsContract : public PlatformTest {
  protected:
   OwnedObject MakeMutex(const char16_t* name, bool initialOwner = false) {
-    OwnedObject mutex(objects.CreateMutexW(initialOwner, name));
+    OwnedObject mutex(objects.CreateMutexW(nullptr, initialOwner, name));
     EXPECT_TRUE(mutex) << "error " << LastError();
     return mutex;
   }
@@ -29,11 +29,11 @@ using Handles = KernelObjectsContract;
 
 TEST_F(Mutexes, MakingOneTellsWhetherItExisted) {
   os.process.SetLastError(7777);
-  const OwnedObject first(objects.CreateMutexW(false, u"PlatformTest"));
+  const OwnedObject first(objects.CreateMutexW(nullptr, false, u"PlatformTest"));
   EXPECT_TRUE(first);
   EXPECT_EQ(LastError(), 0);
 
-  const OwnedObject second(objects.CreateMutexW(false, u"PlatformTest"));
+  const OwnedObject second(objects.CreateMutexW(nullptr, false, u"PlatformTest"));
   EXPECT_TRUE(second);
   EXPECT_EQ(LastError(), ERROR_ALREADY_EXISTS);
 }
@@ -82,14 +82,14 @@ TEST_F(Mutexes, ALocalNameIsTheSessionsOwn) {
 
 TEST_F(Mutexes, OnesWithoutANameAreNeverTheSame) {
   const OwnedObject first = MakeMutex(nullptr, true);
-  const OwnedObject second(objects.CreateMutexW(true, nullptr));
+  const OwnedObject second(objects.CreateMutexW(nullptr, true, nullptr));
   EXPECT_EQ(LastError(), 0);
   RunInAnotherThread([&] { EXPECT_EQ(objects.WaitForSingleObject(first.get(), 0), WAIT_TIMEOUT); });
 }
 
 TEST_F(Mutexes, ANameOfAnotherKindOfObjectIsRefused) {
   const OwnedObject semaphore(objects.CreateSemaphoreW(1, 1, u"PlatformTest"));
-  EXPECT_EQ(objects.CreateMutexW(false, u"PlatformTest"), HANDLE{});
+  EXPECT_EQ(objects.CreateMutexW(nullptr, false, u"PlatformTest"), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
   EXPECT_EQ(objects.OpenMutexW(SYNCHRONIZE, u"PlatformTest"), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);

@@ -106,5 +106,25 @@ TEST_F(CodePage, ACharacterThatItLacksBecomesItsDefaultCharacter) {
   EXPECT_NE(bytes.find('?'), std::string::npos) << bytes;
 }
 
+TEST_F(CharacterTypes, BytesOfTheCodePageBecomeCharacters) {
+  char16_t out[8] = {};
+  EXPECT_EQ(Os().nls.MultiByteToWideChar(CP_ACP, "Abc", -1, nullptr, 0), 4);
+  EXPECT_EQ(Os().nls.MultiByteToWideChar(CP_ACP, "Abc", -1, out, 4), 4);
+  EXPECT_EQ(std::u16string(out), u"Abc");
+  EXPECT_EQ(Os().nls.MultiByteToWideChar(CP_ACP, "Abc", 2, out, 8), 2);
+}
+
+TEST_F(CharacterTypes, TooLittleRoomForCharactersGives122) {
+  char16_t out[2] = {};
+  EXPECT_EQ(Os().nls.MultiByteToWideChar(CP_ACP, "Abc", -1, out, 2), 0);
+  EXPECT_EQ(Os().process.GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+}
+
+TEST_F(CharacterTypes, NoBytesCantBeConverted) {
+  char16_t out[2] = {};
+  EXPECT_EQ(Os().nls.MultiByteToWideChar(CP_ACP, "Abc", 0, out, 2), 0);
+  EXPECT_EQ(Os().process.GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
 }  // namespace
 }  // namespace platform

@@ -70,7 +70,7 @@ TEST_F(SectionNames, OnesWithoutANameAreNeverTheSame) {
 }
 
 TEST_F(SectionNames, ANameOfAnotherKindOfObjectIsRefused) {
-  const OwnedObject mutex(os.objects.CreateMutexW(false, u"PlatformTest"));
+  const OwnedObject mutex(os.objects.CreateMutexW(nullptr, false, u"PlatformTest"));
   EXPECT_EQ(sections.CreateFileMappingW(100, u"PlatformTest"), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
   EXPECT_EQ(TryOpen(), HANDLE{});
@@ -79,7 +79,7 @@ TEST_F(SectionNames, ANameOfAnotherKindOfObjectIsRefused) {
 
 TEST_F(SectionNames, TheNameOfASectionIsRefusedToOtherKinds) {
   const OwnedObject section = Make(100);
-  EXPECT_EQ(os.objects.CreateMutexW(false, u"PlatformTest"), HANDLE{});
+  EXPECT_EQ(os.objects.CreateMutexW(nullptr, false, u"PlatformTest"), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
 }
 
@@ -175,7 +175,7 @@ TEST_F(SectionViews, OneThatExistedKeepsItsSize) {
 }
 
 TEST_F(SectionViews, OnlyASectionHasViews) {
-  const OwnedObject mutex(os.objects.CreateMutexW(false, nullptr));
+  const OwnedObject mutex(os.objects.CreateMutexW(nullptr, false, nullptr));
   for (const HANDLE none : {HANDLE{}, HANDLE{0x12345678}, mutex.get()}) {
     EXPECT_EQ(sections.MapViewOfFile(none, FILE_MAP_ALL_ACCESS, 100), nullptr);
     EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);

@@ -59,7 +59,7 @@ TEST(Machine, ExitProcessEndsAtOnceAndTheSystemTakesBackWhatWasHeld) {
   Machine machine;
   bool wentOn = false;
   Process& process = machine.StartProcess(u"C:\\a.exe", u"", [&](const char16_t*) -> std::uint32_t {
-    const OwnedObject mutex(Os().objects.CreateMutexW(false, u"Held"));
+    const OwnedObject mutex(Os().objects.CreateMutexW(nullptr, false, u"Held"));
     Os().process.ExitProcess(7);
     wentOn = true;
     return 0;
@@ -74,7 +74,7 @@ TEST(Machine, ExitProcessEndsAtOnceAndTheSystemTakesBackWhatWasHeld) {
 TEST(Machine, ProcessThatGaveEverythingBackLeavesAnEmptyLedger) {
   Machine machine;
   Process& process = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    const OwnedObject mutex(Os().objects.CreateMutexW(false, u"Held"));
+    const OwnedObject mutex(Os().objects.CreateMutexW(nullptr, false, u"Held"));
     return 0U;
   });
   machine.Settle();
@@ -146,7 +146,7 @@ platform::ProcessWide<OwnsAHandle> g_owner;
 TEST(Machine, ProcessWideVariablesGoWithTheirProcess) {
   Machine machine;
   Process& process = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    g_owner.get().mutex = OwnedObject(Os().objects.CreateMutexW(false, u"Held"));
+    g_owner.get().mutex = OwnedObject(Os().objects.CreateMutexW(nullptr, false, u"Held"));
     return 0U;
   });
   machine.Settle();
@@ -233,17 +233,17 @@ TEST(Faults, TheCallOfThatNumberFailsAndNoOther) {
   Machine machine;
   Inside inside(machine);
   inside.process().FailCall(2);
-  EXPECT_NE(Os().objects.CreateMutexW(false, u"1"), HANDLE{});
-  EXPECT_EQ(Os().objects.CreateMutexW(false, u"2"), HANDLE{});
+  EXPECT_NE(Os().objects.CreateMutexW(nullptr, false, u"1"), HANDLE{});
+  EXPECT_EQ(Os().objects.CreateMutexW(nullptr, false, u"2"), HANDLE{});
   EXPECT_EQ(Os().process.GetLastError(), ERROR_NO_SYSTEM_RESOURCES);
-  EXPECT_NE(Os().objects.CreateMutexW(false, u"3"), HANDLE{});
+  EXPECT_NE(Os().objects.CreateMutexW(nullptr, false, u"3"), HANDLE{});
   EXPECT_EQ(inside.process().failedOperation(), "CreateMutexW");
 }
 
 TEST(Faults, ACallThatGivesSomethingBackIsCountedButDoesntFailByNumber) {
   Machine machine;
   Inside inside(machine);
-  const HANDLE mutex = Os().objects.CreateMutexW(false, nullptr);
+  const HANDLE mutex = Os().objects.CreateMutexW(nullptr, false, nullptr);
   inside.process().FailCall(1);
   EXPECT_TRUE(Os().objects.CloseHandle(mutex));
   EXPECT_EQ(inside.process().failedOperation(), "");
@@ -252,7 +252,7 @@ TEST(Faults, ACallThatGivesSomethingBackIsCountedButDoesntFailByNumber) {
 TEST(Faults, AnyCallFailsByName) {
   Machine machine;
   Inside inside(machine);
-  const HANDLE mutex = Os().objects.CreateMutexW(false, nullptr);
+  const HANDLE mutex = Os().objects.CreateMutexW(nullptr, false, nullptr);
   inside.process().FailNext("CloseHandle", ERROR_ACCESS_DENIED);
   EXPECT_FALSE(Os().objects.CloseHandle(mutex));
   EXPECT_EQ(Os().process.GetLastError(), ERROR_ACCESS_DENIED);
@@ -358,7 +358,7 @@ TEST(Mutexes, AreHandedToWhoWaitsTheLongest) {
   std::string order;
   const auto body = [&order](char name) {
     return [&order, name](const char16_t*) {
-      const OwnedObject mutex(Os().objects.CreateMutexW(false, u"Shared"));
+      const OwnedObject mutex(Os().objects.CreateMutexW(nullptr, false, u"Shared"));
       for (int i = 0; i < 3; ++i) {
         Os().objects.WaitForSingleObject(mutex.get(), INFINITE);
         order += name;
@@ -377,9 +377,9 @@ TEST(Mutexes, AreHandedToWhoWaitsTheLongest) {
 TEST(Mutexes, AnOwnerThatEndsLeavesItAbandoned) {
   Machine machine;
   const Inside inside(machine);
-  const OwnedObject mutex(Os().objects.CreateMutexW(false, u"Shared"));
+  const OwnedObject mutex(Os().objects.CreateMutexW(nullptr, false, u"Shared"));
   machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    const HANDLE own = Os().objects.CreateMutexW(false, u"Shared");
+    const HANDLE own = Os().objects.CreateMutexW(nullptr, false, u"Shared");
     Os().objects.WaitForSingleObject(own, INFINITE);
     Os().process.Sleep(100);
     return 1U;
