@@ -5,11 +5,9 @@
 
 namespace vgl {
 
-// The driver and the port of a printer. Both outputs are emptied first; an empty or null name, and
-// a printer that can't be opened, give 0. 1 when at least one of the two was found.
-//
-// For now the program has no access to the spooler: every printer is one that can't be opened, so
-// the result is always 0 and both outputs are always empty.
+// The driver and the port of a printer, as the spooler knows them, through the guarded open. Both
+// outputs are emptied first. 1 when at least one of the two came through (a text of 260 characters
+// or more doesn't); 0 for an empty or null name, and for a printer that can't be opened or told of.
 int GetDriverAndPort(const char16_t* printer, std::u16string& outDriver, std::u16string& outPort);
 
 // The id of a driver's model, as the driver set names it; empty when it names none. Always gives 1:

@@ -12,6 +12,8 @@ using platform::HKEY_CURRENT_USER;
 void SetUpDefaultMachine(sim::Machine& machine) {
   machine.files().WriteFile(kAgentPath, "");
   machine.files().MakeFolder(kLogFolder);
+  machine.spooler().AddDriver({.name = kDriverName});
+  machine.spooler().AddPrinter({.name = kPrinterName, .port = kPortName, .driver = kDriverName});
   machine.registry().SetString(HKEY_CURRENT_USER, kRecordPath, u"Name", kPrinterName);
   machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconEnable", 1);
   machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconSelected", 0);
