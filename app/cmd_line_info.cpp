@@ -8,6 +8,7 @@
 #include "Common/fatal_error.h"
 #include "Common/fixed_text.h"
 #include "Common/printer_lookup.h"
+#include "Common/target_records.h"
 #include "Common/text_conversion.h"
 #include "Common/wide_format.h"
 #include "app/option_table.h"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr std::size_t kFatalNameLength = 80;
 constexpr std::size_t kMostValueLength = 259;
-constexpr std::u16string_view kRecordBranch = u"Software\\KAVRO\\VGL3\\VGLData";
 
 // The decimal number at the start of a text, behind blanks and a sign; 0 when there is none. A
 // number beyond 32 bits gives the nearest that has them.
@@ -152,7 +152,7 @@ void CCmdLineInfo::SetOption(std::u16string_view name, std::u16string_view value
 // record.
 void CCmdLineInfo::TakeNameOfRecord(std::u16string_view record) {
   PathText path;
-  if (!FormatTo(path, u"%s\\%s", kRecordBranch, record)) return;
+  if (!FormatTo(path, u"%s\\%s", kDataBranch, record)) return;
   OwnedKey key;
   if (Os().registry.RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), KEY_READ, key.Out()) !=
       ERROR_SUCCESS)

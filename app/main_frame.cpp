@@ -5,6 +5,7 @@
 
 #include "Common/message_box.h"
 #include "Common/tray_log.h"
+#include "profile/profile_keys.h"
 
 namespace vgl {
 
@@ -66,9 +67,7 @@ std::int32_t CMainFrame::DuplicationChk() {
 }
 
 void CMainFrame::ArmTimersOfStartUp() {
-  if (!m_szDatPath.empty())
-    m_uEndTime = Os().profiles.GetPrivateProfileIntW(m_szModelID.c_str(), u"TrayIconEndTime", 0,
-                                                     m_szDatPath.c_str());
+  m_uEndTime = ReadModelNumber(kProfileTrayIconEndTime, m_szModelID.c_str(), m_szDatPath.c_str());
   if (m_uEndTime != 0) m_uhPrinterCheck = ArmTimer(TMID_PRINTERCHECK, m_uEndTime);
   m_uhMaskCheck = ArmTimer(TMID_MASKCHECK, kMaskCheckPeriod);
   if (RunsOnServer()) TrayLogText(u"Server OS.");

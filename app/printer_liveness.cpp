@@ -24,7 +24,7 @@ void CMainFrame::OnPrinterCheckTimer() {
   m_uhPrinterCheck = ArmTimer(TMID_PRINTERCHECK, m_uEndTime);
 }
 
-// As long as no printer can be opened, none is taken for deleted: the answer is always 1.
+// Doesn't look for the printer itself yet, and so takes none for deleted: the answer is always 1.
 std::int32_t CMainFrame::ChkDelPrn() {
   TrayLogText(u"CMainFrame::ChkDelPrn : start");
   TrayLogPair(u"PrinterName", m_szPrinterName.c_str());

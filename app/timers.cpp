@@ -1,6 +1,7 @@
 // OnTimer: work that a timer finds due is posted to the window rather than done here.
 #include "Common/tray_log.h"
 #include "app/main_frame.h"
+#include "profile/profile_keys.h"
 
 namespace vgl {
 
@@ -40,10 +41,8 @@ void CMainFrame::OnNetPilotTimer() {
   StopTimer(TMID_NETPILOT, m_uhNetPilot);
   TrayLogText(u"PostMessage WM_VGL3_CHECK_NETPILOT");
   Os().windowing.PostMessageW(m_hWnd, WM_VGL3_CHECK_NETPILOT, 0, 0);
-  std::uint32_t period = 0;
-  if (!m_szDatPath.empty())
-    period = Os().profiles.GetPrivateProfileIntW(m_szModelID.c_str(), u"NetPilotCheckTime", 0,
-                                                 m_szDatPath.c_str());
+  std::uint32_t period =
+      ReadModelNumber(kProfileNetPilotCheckTime, m_szModelID.c_str(), m_szDatPath.c_str());
   if (period == 0) {
     TrayLogText(u"SetTimer TMID_NETPILOT default");
     period = kDefaultNetPilotPeriod;

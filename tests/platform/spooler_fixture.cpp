@@ -10,6 +10,8 @@ constexpr std::uint64_t kUntouched = 0xA5A5A5A5A5A5A5A5;
 }  // namespace
 
 void SpoolerContract::SetUp() {
+  // Wine's spooler reads the registry at each call. Windows' own reads it when it starts, so there
+  // these printers could only be made by installing real drivers.
   if (machine.backend() == Backend::kWindows) {
     GTEST_SKIP() << "putting records into the spooler's registry keys has no effect on Windows";
   }

@@ -288,20 +288,28 @@ TEST(Inside, CanBeEnteredAgainAfterItsProcessEnded) {
   EXPECT_EQ(machine.processes().size(), 3U);
 }
 
+void MakeWindow(const char16_t* className, WNDPROC procedure) {
+  WindowClass windowClass;
+  windowClass.className = className;
+  windowClass.procedure = procedure;
+  Os().windowing.RegisterClassW(windowClass);
+  Os().windowing.CreateWindowExW(0, className, u"", 0, HMODULE{});
+}
+
+void HandleMessages() {
+  Message message;
+  while (Os().windowing.GetMessageW(&message) == 1) Os().windowing.DispatchMessageW(message);
+}
+
 TEST(SentMessages, TheSenderWaitsForTheOtherProcessAndGetsItsResult) {
   Machine machine;
   machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    WindowClass windowClass;
-    windowClass.className = u"Answering";
-    windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+    MakeWindow(u"Answering", [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
       if (message != WM_USER) return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
       Os().process.Sleep(400);
       return static_cast<LRESULT>(wParam) + lParam;
-    };
-    Os().windowing.RegisterClassW(windowClass);
-    Os().windowing.CreateWindowExW(0, u"Answering", u"", 0, HMODULE{});
-    Message message;
-    while (Os().windowing.GetMessageW(&message) == 1) Os().windowing.DispatchMessageW(message);
+    });
+    HandleMessages();
     return 0U;
   });
   machine.Settle();
@@ -314,13 +322,9 @@ TEST(SentMessages, TheSenderWaitsForTheOtherProcessAndGetsItsResult) {
 TEST(SentMessages, SenderGetsZeroWhenTheOtherProcessEndsMeanwhile) {
   Machine machine;
   Process& other = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    WindowClass windowClass;
-    windowClass.className = u"Silent";
-    windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+    MakeWindow(u"Silent", [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
       return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
-    };
-    Os().windowing.RegisterClassW(windowClass);
-    Os().windowing.CreateWindowExW(0, u"Silent", u"", 0, HMODULE{});
+    });
     Os().process.Sleep(500);
     return 0U;
   });
@@ -334,16 +338,11 @@ TEST(SentMessages, SenderGetsZeroWhenTheOtherProcessEndsMeanwhile) {
 TEST(SentMessages, SenderGoesOnWhenTheOtherProcessEndsWhileItHandlesTheMessage) {
   Machine machine;
   Process& other = machine.StartProcess(u"C:\\a.exe", u"", [](const char16_t*) {
-    WindowClass windowClass;
-    windowClass.className = u"Ending";
-    windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+    MakeWindow(u"Ending", [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
       if (message == WM_USER) Os().process.ExitProcess(4);
       return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
-    };
-    Os().windowing.RegisterClassW(windowClass);
-    Os().windowing.CreateWindowExW(0, u"Ending", u"", 0, HMODULE{});
-    Message message;
-    while (Os().windowing.GetMessageW(&message) == 1) Os().windowing.DispatchMessageW(message);
+    });
+    HandleMessages();
     return 0U;
   });
   machine.Settle();
