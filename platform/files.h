@@ -41,6 +41,14 @@ struct FindData {
   char16_t name[MAX_PATH] = {};  // without its folder
 };
 
+// The same in the system's code page. A character that the code page lacks is its default
+// character.
+struct FindDataA {
+  std::uint32_t attributes = 0;
+  std::uint64_t size = 0;
+  char name[MAX_PATH] = {};
+};
+
 class Files {
  public:
   virtual ~Files() = default;
@@ -74,6 +82,8 @@ class Files {
   // The first match of a path whose last part may hold * and ?. The search is the caller's, closed
   // by FindClose. INVALID_FIND_HANDLE with 2 (nothing matches) or 3 (no such folder).
   virtual HFIND FindFirstFileW(const char16_t* pattern, FindData* data) = 0;
+  // The same for a pattern in the system's code page.
+  virtual HFIND FindFirstFileA(const char* pattern, FindDataA* data) = 0;
   // The next match; false with 18 behind the last.
   virtual bool FindNextFileW(HFIND search, FindData* data) = 0;
   virtual bool FindClose(HFIND search) = 0;

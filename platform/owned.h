@@ -64,9 +64,16 @@ struct FindTraits {
   static void Close(Handle search) { Os().files.FindClose(search); }
 };
 
+struct ModuleTraits {
+  using Handle = HMODULE;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle library) { Os().modules.FreeLibrary(library); }
+};
+
 using OwnedFile = Owned<FileTraits>;
 using OwnedObject = Owned<ObjectTraits>;
 using OwnedKey = Owned<KeyTraits>;
 using OwnedFind = Owned<FindTraits>;
+using OwnedModule = Owned<ModuleTraits>;
 
 }  // namespace platform

@@ -27,6 +27,12 @@ class ProfileFiles {
                                                  const char16_t* fallback, char16_t* value,
                                                  std::uint32_t chars, const char16_t* path) = 0;
 
+  // GetPrivateProfileStringW with texts in the system's code page; `chars` and the result are in
+  // bytes. `section` and `key` may not be null.
+  virtual std::uint32_t GetPrivateProfileStringA(const char* section, const char* key,
+                                                 const char* fallback, char* value,
+                                                 std::uint32_t chars, const char* path) = 0;
+
   // The value as a number: decimal digits after an optional sign, or 0x and hexadecimal digits, up
   // to the first other character. `fallback` when the key is missing, 0 when it has no digits.
   virtual std::uint32_t GetPrivateProfileIntW(const char16_t* section, const char16_t* key,

@@ -4,6 +4,7 @@
 // it, its bytes while any holds a handle or a view. A new one is all zeros.
 #pragma once
 
+#include "platform/security.h"
 #include "platform/types.h"
 
 namespace platform {
@@ -17,12 +18,15 @@ class Sections {
  public:
   virtual ~Sections() = default;
 
-  // Makes a section of `bytes` bytes backed by the page file, for reading and writing, with default
-  // security, or opens the one of that name, whose size then stays (a null name makes an unnamed
-  // one). The handle is the caller's, closed by CloseHandle; HANDLE{} on failure: 87 for no bytes,
-  // 6 when the name belongs to an object of another kind. On success the last error is 183 when it
-  // existed, else 0.
-  virtual HANDLE CreateFileMappingW(std::uint32_t bytes, const char16_t* name) = 0;
+  // Makes a section of `sizeLow` bytes (and `sizeHigh` times 4 GiB), or opens the one of that name,
+  // whose size then stays (a null name makes an unnamed one). `file` is what backs it,
+  // INVALID_HANDLE_VALUE for the page file; `protection` is PAGE_READWRITE. `attributes` tell who
+  // may open a newly made one; null stands for default security. The handle is the caller's, closed
+  // by CloseHandle; HANDLE{} on failure: 87 for no bytes, 6 when the name belongs to an object of
+  // another kind. On success the last error is 183 when it existed, else 0.
+  virtual HANDLE CreateFileMappingW(HANDLE file, const SecurityAttributes* attributes,
+                                    std::uint32_t protection, std::uint32_t sizeHigh,
+                                    std::uint32_t sizeLow, const char16_t* name) = 0;
 
   // HANDLE{} with 2 when there is no section of that name, 6 when it belongs to an object of
   // another kind.

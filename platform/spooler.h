@@ -85,6 +85,29 @@ struct DriverInfo3 {
   const char16_t* defaultDatatype;
 };
 
+// The same with texts in the system's code page.
+struct DriverInfo2A {
+  std::uint32_t version;
+  const char* name;
+  const char* environment;
+  const char* driverPath;
+  const char* dataFile;
+  const char* configFile;
+};
+
+struct DriverInfo3A {
+  std::uint32_t version;
+  const char* name;
+  const char* environment;
+  const char* driverPath;
+  const char* dataFile;
+  const char* configFile;
+  const char* helpFile;
+  const char* dependentFiles;  // each with its terminator, one more at the end; may be null
+  const char* monitorName;
+  const char* defaultDatatype;
+};
+
 class Spooler {
  public:
   virtual ~Spooler() = default;
@@ -110,6 +133,13 @@ class Spooler {
   // Fills an array of DriverInfo2 or DriverInfo3, one for each driver of this machine's own
   // environment; on success `*count` tells how many. No driver: true, 0 bytes needed.
   virtual bool EnumPrinterDriversW(std::uint32_t level, void* buffer, std::uint32_t bytes,
+                                   std::uint32_t* needed, std::uint32_t* count) = 0;
+
+  // The same with texts in the system's code page, as DriverInfo2A or DriverInfo3A. The size told
+  // as needed may be larger than what they take.
+  virtual bool GetPrinterDriverA(HPRINTER printer, std::uint32_t level, void* buffer,
+                                 std::uint32_t bytes, std::uint32_t* needed) = 0;
+  virtual bool EnumPrinterDriversA(std::uint32_t level, void* buffer, std::uint32_t bytes,
                                    std::uint32_t* needed, std::uint32_t* count) = 0;
 
   // A printer's data value, from the key "PrinterDriverData". The result is an error number:

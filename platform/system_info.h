@@ -1,4 +1,4 @@
-// The system's clock and version.
+// The system's clock, version and own folder.
 #pragma once
 
 #include "platform/types.h"
@@ -28,6 +28,11 @@ class SystemInfo {
 
   // False when the system doesn't tell; `*version` is untouched then.
   virtual bool GetVersionExW(OsVersion* version) = 0;
+
+  // The folder of the system's own libraries, without closing backslash. The length without
+  // terminator when it fits into `chars` characters; otherwise the room needed with terminator, and
+  // the buffer is undefined (`path` may be null when `chars` is 0). 0 on failure.
+  virtual std::uint32_t GetSystemDirectoryW(char16_t* path, std::uint32_t chars) = 0;
 };
 
 }  // namespace platform

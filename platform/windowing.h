@@ -85,6 +85,14 @@ class Windowing {
   // HWND{} if none.
   virtual HWND FindWindowW(const char16_t* className, const char16_t* title) = 0;
 
+  // The caption of a window whose procedure leaves that (WM_GETTEXT) to the system, cut to `chars`
+  // characters with its terminator. The length written without terminator; 0 also for an empty
+  // caption, and with 1400 for no window.
+  virtual std::int32_t GetWindowTextW(HWND window, char16_t* text, std::int32_t chars) = 0;
+  // Sets the caption of such a window (WM_SETTEXT) to a copy of `text`; null counts as empty. False
+  // with 1400 for no window.
+  virtual bool SetWindowTextW(HWND window, const char16_t* text) = 0;
+
   // Shows or hides; the result is whether the window was visible before.
   virtual bool ShowWindow(HWND window, std::int32_t command) = 0;
   virtual bool UpdateWindow(HWND window) = 0;

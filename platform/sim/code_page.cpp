@@ -1,6 +1,6 @@
 #include "platform/sim/code_page.h"
 
-#include <string_view>
+#include <algorithm>
 
 namespace sim {
 
@@ -23,6 +23,19 @@ char ToCodePage(char16_t c) {
   if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<char>(c);
   const std::size_t found = kUpper.find(c);
   return found == std::u16string_view::npos ? '?' : static_cast<char>(0x80 + found);
+}
+
+std::u16string FromCodePage(std::string_view bytes) {
+  std::u16string text(bytes.size(), u'\0');
+  std::transform(bytes.begin(), bytes.end(), text.begin(),
+                 [](char byte) { return FromCodePage(byte); });
+  return text;
+}
+
+std::string ToCodePage(std::u16string_view text) {
+  std::string bytes(text.size(), '\0');
+  std::transform(text.begin(), text.end(), bytes.begin(), [](char16_t c) { return ToCodePage(c); });
+  return bytes;
 }
 
 }  // namespace sim

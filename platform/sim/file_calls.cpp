@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/sim/code_page.h"
 #include "platform/sim/machine.h"
 #include "platform/sim/open_file.h"
 #include "platform/sim/text.h"
@@ -79,6 +80,16 @@ std::int32_t WhyNotMake(const FileTree& tree, const FilePath& path, std::uint32_
 
 std::uint32_t AttributesOfNewFile(std::uint32_t given) {
   return (given & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_TEMPORARY)) | FILE_ATTRIBUTE_ARCHIVE;
+}
+
+HFIND FindFirst(const Call& call, const char16_t* pattern, FindData* data) {
+  const FilePath resolved = ResolvePath(pattern, call.process(), Wildcards::kInLastName);
+  if (resolved.error != 0) return Fail(call, resolved.error, INVALID_FIND_HANDLE);
+
+  const FileTree& tree = call.machine().files();
+  auto search = std::make_shared<OpenSearch>(resolved.text, tree.Search(resolved));
+  if (!search->Next(data)) return Fail(call, tree.WhyMissing(resolved), INVALID_FIND_HANDLE);
+  return HFIND{call.process().AddHandle(std::move(search))};
 }
 
 std::u16string TempName(std::u16string_view folder, const char16_t* prefix, std::uint32_t number) {
@@ -196,13 +207,18 @@ bool FileCalls::DeleteFileW(const char16_t* path) {
 HFIND FileCalls::FindFirstFileW(const char16_t* pattern, FindData* data) {
   Call call("FindFirstFileW");
   if (call.Failure(ERROR_ACCESS_DENIED)) return INVALID_FIND_HANDLE;
-  const FilePath resolved = ResolvePath(pattern, call.process(), Wildcards::kInLastName);
-  if (resolved.error != 0) return Fail(call, resolved.error, INVALID_FIND_HANDLE);
+  return FindFirst(call, pattern, data);
+}
 
-  const FileTree& tree = m_machine.files();
-  auto search = std::make_shared<OpenSearch>(resolved.text, tree.Search(resolved));
-  if (!search->Next(data)) return Fail(call, tree.WhyMissing(resolved), INVALID_FIND_HANDLE);
-  return HFIND{call.process().AddHandle(std::move(search))};
+HFIND FileCalls::FindFirstFileA(const char* pattern, FindDataA* data) {
+  Call call("FindFirstFileA");
+  if (call.Failure(ERROR_ACCESS_DENIED)) return INVALID_FIND_HANDLE;
+  FindData wide;
+  const HFIND search = FindFirst(call, FromCodePage(ViewNarrow(pattern)).c_str(), &wide);
+  if (search == INVALID_FIND_HANDLE) return search;
+  *data = {.attributes = wide.attributes, .size = wide.size};
+  ToCodePage(View(wide.name)).copy(data->name, MAX_PATH - 1);
+  return search;
 }
 
 bool FileCalls::FindNextFileW(HFIND search, FindData* data) {

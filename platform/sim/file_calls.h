@@ -22,6 +22,7 @@ class FileCalls final : public platform::Files {
                                std::uint32_t method) override;
   bool DeleteFileW(const char16_t* path) override;
   platform::HFIND FindFirstFileW(const char16_t* pattern, platform::FindData* data) override;
+  platform::HFIND FindFirstFileA(const char* pattern, platform::FindDataA* data) override;
   bool FindNextFileW(platform::HFIND search, platform::FindData* data) override;
   bool FindClose(platform::HFIND search) override;
   std::uint32_t GetFileAttributesW(const char16_t* path) override;

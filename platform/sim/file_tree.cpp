@@ -137,6 +137,7 @@ std::vector<FindData> FileTree::Search(const FilePath& pattern) const {
     return found;
   }
 
+  if (!IsFolder(pattern.Folder())) return found;
   const std::u16string wanted = FoldCase(pattern.Name());
   const std::u16string folder = WithSeparator(FoldCase(pattern.Folder()));
   const bool inRoot = folder.size() == pattern.rootLength;

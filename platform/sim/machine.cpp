@@ -3,9 +3,11 @@
 #include <utility>
 
 #include "platform/sim/file_calls.h"
+#include "platform/sim/module_calls.h"
 #include "platform/sim/profile_calls.h"
 #include "platform/sim/registry_calls.h"
 #include "platform/sim/section_calls.h"
+#include "platform/sim/security_calls.h"
 #include "platform/sim/small_calls.h"
 #include "platform/sim/spooler_calls.h"
 #include "platform/sim/text.h"
@@ -20,6 +22,7 @@ struct Machine::Services {
         profiles(machine),
         objects(machine),
         process(machine),
+        modules(machine),
         windowing(machine),
         shell(machine),
         system(machine),
@@ -45,6 +48,7 @@ struct Machine::Services {
 Machine::Machine(std::uint64_t seed)
     : m_scheduler(seed),
       m_files(*this),
+      m_libraries(*this),
       m_desktop(*this),
       m_services(std::make_unique<Services>(*this)),
       m_platform(new platform::Platform{

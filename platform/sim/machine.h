@@ -20,6 +20,7 @@
 #include "platform/platform.h"
 #include "platform/sim/desktop.h"
 #include "platform/sim/file_tree.h"
+#include "platform/sim/library.h"
 #include "platform/sim/named_objects.h"
 #include "platform/sim/process.h"
 #include "platform/sim/registry_tree.h"
@@ -58,6 +59,7 @@ class Machine {
   Desktop& desktop() { return m_desktop; }
   SystemState& system() { return m_system; }
   SpoolerState& spooler() { return m_spooler; }
+  Libraries& libraries() { return m_libraries; }
   Scheduler& scheduler() { return m_scheduler; }
   const platform::Platform& platform() const { return *m_platform; }
 
@@ -107,6 +109,7 @@ class Machine {
   NamedObjects m_objects;
   RegistryTree m_registry;
   FileTree m_files;
+  Libraries m_libraries;
   Desktop m_desktop;
   std::unique_ptr<Services> m_services;
   std::unique_ptr<platform::Platform> m_platform;

@@ -1,9 +1,11 @@
 #include "platform/sim/named_objects.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/sim/machine.h"
 #include "platform/sim/object_handle.h"
+#include "platform/sim/security_calls.h"
 #include "platform/sim/text.h"
 
 namespace sim {
@@ -70,6 +72,12 @@ std::shared_ptr<NamedObject> NamedObjects::Find(const std::u16string& name) cons
   return found == m_byName.end() ? nullptr : found->second.lock();
 }
 
+std::optional<std::string> NamedObjects::DaclOf(const std::u16string& name) const {
+  const std::shared_ptr<NamedObject> object = Find(name);
+  if (object == nullptr) throw std::invalid_argument("no such object on the simulated machine");
+  return object->dacl();
+}
+
 void NamedObjects::Publish(const std::shared_ptr<NamedObject>& object) {
   if (!object->name().empty()) m_byName[object->name()] = object;
 }
@@ -88,12 +96,13 @@ std::u16string ObjectName(const char16_t* name) {
 }
 
 // All simulated processes run for one user, so who may open an object makes no difference.
-HANDLE KernelObjectCalls::CreateMutexW(const SecurityAttributes*, bool initialOwner,
+HANDLE KernelObjectCalls::CreateMutexW(const SecurityAttributes* attributes, bool initialOwner,
                                        const char16_t* name) {
   Call call("CreateMutexW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
   return CreateOrOpenObject<Mutex>(call, name, [&](NamedObjects& objects) {
     auto mutex = std::make_shared<Mutex>(objects, ObjectName(name));
+    mutex->KeepDacl(DaclFrom(attributes));
     if (initialOwner) mutex->Take(call.thread());
     return mutex;
   });

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/kernel_objects.h"
@@ -28,6 +29,9 @@ class NamedObject {
   NamedObject& operator=(const NamedObject&) = delete;
 
   const std::u16string& name() const { return m_name; }
+  // The access list that it was made with, as DaclFrom of security_calls.h gives it.
+  const std::optional<std::string>& dacl() const { return m_dacl; }
+  void KeepDacl(std::optional<std::string> dacl) { m_dacl = std::move(dacl); }
   virtual std::u16string Describe() const = 0;
 
  protected:
@@ -35,6 +39,7 @@ class NamedObject {
 
  private:
   std::u16string m_name;  // empty: unnamed
+  std::optional<std::string> m_dacl;
 };
 
 // What can be waited for.
@@ -105,6 +110,11 @@ class NamedObjects {
  public:
   // Whether any process holds a handle to an object of that name.
   bool Exists(const std::u16string& name) const { return m_byName.contains(name); }
+
+  // The bytes of the access list that the mutex or section of that name was made with: nothing when
+  // it has default security, no bytes when everybody may do everything. Asking for a name that
+  // isn't there throws.
+  std::optional<std::string> DaclOf(const std::u16string& name) const;
 
   // --- for the simulation ---
 

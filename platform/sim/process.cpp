@@ -18,8 +18,10 @@ Process::Process(Machine& machine, std::uint32_t id, std::u16string imagePath,
 Process::~Process() { FreeWideVariables(); }
 
 void Process::FreeWideVariables() {
-  for (const auto& [key, variable] : m_wideVariables) variable.destroy(variable.value);
-  m_wideVariables.clear();
+  // What goes may ask for another variable: that one is made anew then, and goes as well.
+  while (!m_wideVariables.empty())
+    for (const auto& [key, variable] : std::exchange(m_wideVariables, {}))
+      variable.destroy(variable.value);
 }
 
 std::vector<std::u16string> Process::Ledger() const {

@@ -76,6 +76,12 @@ class Process {
     const auto found = m_handles.find(handle);
     return found == m_handles.end() ? nullptr : std::dynamic_pointer_cast<T>(found->second);
   }
+  // Calls `visit` with each open handle of that kind and its body, oldest first.
+  template <class T, class Visit>
+  void ForEachHandle(const Visit& visit) const {
+    for (const auto& [handle, body] : m_handles)
+      if (const T* wanted = dynamic_cast<const T*>(body.get())) visit(handle, *wanted);
+  }
   bool CloseHandle(std::uint64_t handle) { return m_handles.erase(handle) != 0; }
 
   // Counts a call of the running thread. True when the bound of StopAfterCalls is passed.

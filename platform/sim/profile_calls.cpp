@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/sim/code_page.h"
 #include "platform/sim/ini_file.h"
 #include "platform/sim/machine.h"
 #include "platform/sim/text.h"
@@ -148,12 +149,9 @@ std::uint32_t NumberIn(const IniFile& file, IniSpan span) {
   return negative ? 0 - number : number;
 }
 
-}  // namespace
-
-std::uint32_t ProfileCalls::GetPrivateProfileStringW(const char16_t* section, const char16_t* key,
-                                                     const char16_t* fallback, char16_t* value,
-                                                     std::uint32_t chars, const char16_t* path) {
-  Call call("GetPrivateProfileStringW");
+std::uint32_t ReadString(Call& call, const char16_t* section, const char16_t* key,
+                         const char16_t* fallback, char16_t* value, std::uint32_t chars,
+                         const char16_t* path) {
   if (chars == 0) return 0;
   if (call.Failure(ERROR_ACCESS_DENIED)) return CopyFallback(fallback, value, chars);
   std::optional<IniFile> file = Open(call, path);
@@ -171,6 +169,29 @@ std::uint32_t ProfileCalls::GetPrivateProfileStringW(const char16_t* section, co
   }
   call.SetLastError(ERROR_FILE_NOT_FOUND);
   return CopyFallback(fallback, value, chars);
+}
+
+}  // namespace
+
+std::uint32_t ProfileCalls::GetPrivateProfileStringW(const char16_t* section, const char16_t* key,
+                                                     const char16_t* fallback, char16_t* value,
+                                                     std::uint32_t chars, const char16_t* path) {
+  Call call("GetPrivateProfileStringW");
+  return ReadString(call, section, key, fallback, value, chars, path);
+}
+
+std::uint32_t ProfileCalls::GetPrivateProfileStringA(const char* section, const char* key,
+                                                     const char* fallback, char* value,
+                                                     std::uint32_t chars, const char* path) {
+  Call call("GetPrivateProfileStringA");
+  if (chars == 0) return 0;
+  const auto wide = [](const char* text) { return FromCodePage(ViewNarrow(text)); };
+  std::u16string room(chars, u'\0');
+  const std::uint32_t length =
+      ReadString(call, wide(section).c_str(), wide(key).c_str(), wide(fallback).c_str(),
+                 room.data(), chars, wide(path).c_str());
+  value[ToCodePage(room.substr(0, length)).copy(value, length)] = '\0';
+  return length;
 }
 
 std::uint32_t ProfileCalls::GetPrivateProfileIntW(const char16_t* section, const char16_t* key,

@@ -14,6 +14,9 @@ class ProfileCalls final : public platform::ProfileFiles {
   std::uint32_t GetPrivateProfileStringW(const char16_t* section, const char16_t* key,
                                          const char16_t* fallback, char16_t* value,
                                          std::uint32_t chars, const char16_t* path) override;
+  std::uint32_t GetPrivateProfileStringA(const char* section, const char* key, const char* fallback,
+                                         char* value, std::uint32_t chars,
+                                         const char* path) override;
   std::uint32_t GetPrivateProfileIntW(const char16_t* section, const char16_t* key,
                                       std::int32_t fallback, const char16_t* path) override;
   std::uint32_t GetPrivateProfileSectionW(const char16_t* section, char16_t* lines,

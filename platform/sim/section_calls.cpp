@@ -9,6 +9,7 @@
 
 #include "platform/sim/machine.h"
 #include "platform/sim/object_handle.h"
+#include "platform/sim/security_calls.h"
 #include "platform/sim/text.h"
 
 namespace sim {
@@ -97,22 +98,30 @@ SectionCalls::~SectionCalls() {
   for (const Region& region : m_leftBehind) munmap(region.address, region.bytes + kPage);
 }
 
-HANDLE SectionCalls::CreateFileMappingW(std::uint32_t bytes, const char16_t* name) {
+HANDLE SectionCalls::CreateFileMappingW(HANDLE file, const SecurityAttributes* attributes,
+                                        std::uint32_t protection, std::uint32_t sizeHigh,
+                                        std::uint32_t sizeLow, const char16_t* name) {
   Call call("CreateFileMappingW");
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HANDLE{};
-  if (bytes == 0) {
+  if (file != INVALID_HANDLE_VALUE || protection != PAGE_READWRITE || sizeHigh != 0) {
+    call.SetLastError(ERROR_NOT_SUPPORTED);
+    return HANDLE{};
+  }
+  if (sizeLow == 0) {
     call.SetLastError(ERROR_INVALID_PARAMETER);
     return HANDLE{};
   }
   return CreateOrOpenObject<Section>(
       call, name, [&](NamedObjects& objects) -> std::shared_ptr<Section> {
-        auto made = std::make_shared<const SectionBytes>(bytes);
-        if (!made->IsThere()) {
+        auto bytes = std::make_shared<const SectionBytes>(sizeLow);
+        if (!bytes->IsThere()) {
           call.SetLastError(ERROR_NOT_ENOUGH_MEMORY);
           return nullptr;
         }
-        m_machine.Trace(u"made section " + ObjectName(name) + u": " + Decimal(bytes) + u" bytes");
-        return std::make_shared<Section>(objects, ObjectName(name), std::move(made));
+        m_machine.Trace(u"made section " + ObjectName(name) + u": " + Decimal(sizeLow) + u" bytes");
+        auto section = std::make_shared<Section>(objects, ObjectName(name), std::move(bytes));
+        section->KeepDacl(DaclFrom(attributes));
+        return section;
       });
 }
 

@@ -1,6 +1,7 @@
 // Sections of the simulated machine, and the platform's calls on them. A view is memory of the host
 // program: views of one section alias truly, and what reads or writes past a view's last page
-// faults.
+// faults. Every section is backed by the page file, for reading and writing, and smaller than 4
+// GiB: anything else is refused with 50 (ERROR_NOT_SUPPORTED).
 #pragma once
 
 #include <cstddef>
@@ -21,7 +22,10 @@ class SectionCalls final : public platform::Sections {
   SectionCalls(const SectionCalls&) = delete;
   SectionCalls& operator=(const SectionCalls&) = delete;
 
-  platform::HANDLE CreateFileMappingW(std::uint32_t bytes, const char16_t* name) override;
+  platform::HANDLE CreateFileMappingW(platform::HANDLE file,
+                                      const platform::SecurityAttributes* attributes,
+                                      std::uint32_t protection, std::uint32_t sizeHigh,
+                                      std::uint32_t sizeLow, const char16_t* name) override;
   platform::HANDLE OpenFileMappingW(std::uint32_t access, const char16_t* name) override;
   void* MapViewOfFile(platform::HANDLE section, std::uint32_t access, std::uint64_t bytes) override;
   bool UnmapViewOfFile(const void* view) override;

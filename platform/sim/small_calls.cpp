@@ -11,19 +11,6 @@ namespace sim {
 
 using namespace platform;
 
-namespace {
-
-// Copies with its terminator what fits into `chars` characters; the number copied without it.
-std::uint32_t CopyCut(std::u16string_view text, char16_t* out, std::uint32_t chars) {
-  if (chars == 0) return 0;
-  const std::size_t count = std::min<std::size_t>(text.size(), chars - 1);
-  std::copy_n(text.data(), count, out);
-  out[count] = 0;
-  return static_cast<std::uint32_t>(count);
-}
-
-}  // namespace
-
 std::uint32_t ProcessCalls::GetCurrentProcessId() {
   return Call("GetCurrentProcessId").process().id();
 }
@@ -58,28 +45,6 @@ void ProcessCalls::ExitProcess(std::uint32_t code) {
   throw ProcessEnded{};
 }
 
-HMODULE ModuleCalls::GetModuleHandleW(const char16_t* name) {
-  Call call("GetModuleHandleW");
-  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HMODULE{};
-  if (name == nullptr) return HMODULE{0x140000000};
-  call.SetLastError(ERROR_MOD_NOT_FOUND);
-  return HMODULE{};
-}
-
-std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path, std::uint32_t chars) {
-  Call call("GetModuleFileNameW");
-  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return 0;
-  if (module != HMODULE{} && module != HMODULE{0x140000000}) {
-    call.SetLastError(ERROR_MOD_NOT_FOUND);
-    return 0;
-  }
-  const std::u16string& image = call.process().imagePath();
-  const std::uint32_t copied = CopyCut(image, path, chars);
-  const bool cut = copied < image.size();
-  call.SetLastError(cut ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
-  return cut ? chars : copied;
-}
-
 std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder, bool create) {
   Call call("SHGetSpecialFolderPathW");
   const std::u16string& known = m_machine.system().commonAppData;
@@ -89,23 +54,6 @@ std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t fo
   if (!m_machine.files().Exists(known)) return 0;
   CopyCut(known, path, MAX_PATH);
   return 1;
-}
-
-bool SecurityCalls::InitializeSecurityDescriptor(SecurityDescriptor* descriptor,
-                                                 std::uint32_t revision) {
-  Call call("InitializeSecurityDescriptor");
-  if (call.Failure(ERROR_UNKNOWN_REVISION)) return false;
-  if (revision != SECURITY_DESCRIPTOR_REVISION) {
-    call.SetLastError(ERROR_UNKNOWN_REVISION);
-    return false;
-  }
-  *descriptor = SecurityDescriptor{};
-  return true;
-}
-
-bool SecurityCalls::SetSecurityDescriptorDacl(SecurityDescriptor*, bool, const void*, bool) {
-  Call call("SetSecurityDescriptorDacl");
-  return call.Failure(ERROR_INVALID_PARAMETER) == 0;
 }
 
 std::uint32_t SystemCalls::GetTickCount() {
@@ -138,6 +86,18 @@ bool SystemCalls::GetVersionExW(OsVersion* version) {
   if (!m_machine.system().versionIsKnown) return false;
   *version = m_machine.system().version;
   return true;
+}
+
+std::uint32_t SystemCalls::GetSystemDirectoryW(char16_t* path, std::uint32_t chars) {
+  Call call("GetSystemDirectoryW");
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return 0;
+  const std::u16string& folder = m_machine.system().systemFolder;
+  if (folder.empty()) {
+    call.SetLastError(ERROR_PATH_NOT_FOUND);
+    return 0;
+  }
+  const auto length = static_cast<std::uint32_t>(folder.size());
+  return chars <= length ? length + 1 : CopyCut(folder, path, chars);
 }
 
 std::uint32_t LanguageCalls::GetSystemDefaultLCID() {
@@ -202,7 +162,7 @@ std::int32_t LanguageCalls::WideCharToMultiByte(std::uint32_t codePage, const ch
     call.SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return 0;
   }
-  std::transform(text, text + chars, out, ToCodePage);
+  std::transform(text, text + chars, out, [](char16_t c) { return ToCodePage(c); });
   return chars;
 }
 
@@ -221,7 +181,7 @@ std::int32_t LanguageCalls::MultiByteToWideChar(std::uint32_t codePage, const ch
     call.SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return 0;
   }
-  std::transform(text, text + count, out, FromCodePage);
+  std::transform(text, text + count, out, [](char byte) { return FromCodePage(byte); });
   return count;
 }
 

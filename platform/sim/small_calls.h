@@ -1,10 +1,8 @@
-// The platform's calls that only tell or wait: processes, modules, shell, system, language.
+// The platform's calls that only tell or wait: processes, shell, system, language.
 #pragma once
 
-#include "platform/modules.h"
 #include "platform/nls.h"
 #include "platform/processes.h"
-#include "platform/security.h"
 #include "platform/shell.h"
 #include "platform/system_info.h"
 
@@ -26,13 +24,6 @@ class ProcessCalls final : public platform::Processes {
   Machine& m_machine;
 };
 
-class ModuleCalls final : public platform::Modules {
- public:
-  platform::HMODULE GetModuleHandleW(const char16_t* name) override;
-  std::uint32_t GetModuleFileNameW(platform::HMODULE module, char16_t* path,
-                                   std::uint32_t chars) override;
-};
-
 class ShellCalls final : public platform::Shell {
  public:
   explicit ShellCalls(Machine& machine) : m_machine(machine) {}
@@ -42,20 +33,13 @@ class ShellCalls final : public platform::Shell {
   Machine& m_machine;
 };
 
-class SecurityCalls final : public platform::Security {
- public:
-  bool InitializeSecurityDescriptor(platform::SecurityDescriptor* descriptor,
-                                    std::uint32_t revision) override;
-  bool SetSecurityDescriptorDacl(platform::SecurityDescriptor* descriptor, bool present,
-                                 const void* list, bool defaulted) override;
-};
-
 class SystemCalls final : public platform::SystemInfo {
  public:
   explicit SystemCalls(Machine& machine) : m_machine(machine) {}
   std::uint32_t GetTickCount() override;
   void GetLocalTime(platform::LocalTime* time) override;
   bool GetVersionExW(platform::OsVersion* version) override;
+  std::uint32_t GetSystemDirectoryW(char16_t* path, std::uint32_t chars) override;
 
  private:
   Machine& m_machine;

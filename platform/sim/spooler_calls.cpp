@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "platform/sim/code_page.h"
 #include "platform/sim/machine.h"
 #include "platform/sim/text.h"
 
@@ -47,10 +47,11 @@ bool Fail(const Call& call, std::int32_t error) {
   return false;
 }
 
-// A structure to be laid into the caller's buffer, and the texts that its fields are to point to.
-template <class Info>
+// A structure to be laid into the caller's buffer, and the texts that its fields are to point to:
+// in UTF-16, or for the structures of char in the code page.
+template <class Info, class Char = char16_t>
 struct Row {
-  using Field = const char16_t* Info::*;
+  using Field = const Char* Info::*;
 
   Info info{};
   std::vector<std::pair<Field, std::u16string_view>> texts;
@@ -61,31 +62,40 @@ struct Row {
   }
 };
 
-template <class Info>
-std::size_t SizeOf(const std::vector<Row<Info>>& rows) {
+// In bytes. The spooler's own texts are UTF-16, so that is what it asks room for.
+template <class Info, class Char>
+std::size_t SizeOf(const std::vector<Row<Info, Char>>& rows) {
   std::size_t size = rows.size() * sizeof(Info);
-  for (const Row<Info>& row : rows)
+  for (const Row<Info, Char>& row : rows)
     for (const auto& [field, text] : row.texts) size += (text.size() + 1) * sizeof(char16_t);
   return size;
 }
 
+// The text with its terminator; what is behind it.
+char16_t* LayText(std::u16string_view text, char16_t* at) {
+  at[text.copy(at, text.size())] = u'\0';
+  return at + text.size() + 1;
+}
+char* LayText(std::u16string_view text, char* at) {
+  at[ToCodePage(text).copy(at, text.size())] = '\0';
+  return at + text.size() + 1;
+}
+
 // Lays all structures into the buffer, their texts behind the last of them.
-template <class Info>
-bool Lay(const Call& call, const std::vector<Row<Info>>& rows, void* buffer, std::uint32_t bytes,
-         std::uint32_t* needed) {
+template <class Info, class Char>
+bool Lay(const Call& call, const std::vector<Row<Info, Char>>& rows, void* buffer,
+         std::uint32_t bytes, std::uint32_t* needed) {
   const std::size_t size = SizeOf(rows);
   *needed = static_cast<std::uint32_t>(size);
   if (size == 0) return true;
   if (buffer == nullptr || bytes < size) return Fail(call, ERROR_INSUFFICIENT_BUFFER);
   auto* structure = static_cast<char*>(buffer);
-  char* behind = structure + rows.size() * sizeof(Info);
-  for (const Row<Info>& row : rows) {
+  auto* behind = reinterpret_cast<Char*>(structure + rows.size() * sizeof(Info));
+  for (const Row<Info, Char>& row : rows) {
     Info info = row.info;
     for (const auto& [field, text] : row.texts) {
-      info.*field = reinterpret_cast<const char16_t*>(behind);
-      std::memcpy(behind, text.data(), text.size() * sizeof(char16_t));
-      std::memset(behind + text.size() * sizeof(char16_t), 0, sizeof(char16_t));
-      behind += (text.size() + 1) * sizeof(char16_t);
+      info.*field = behind;
+      behind = LayText(text, behind);
     }
     std::memcpy(structure, &info, sizeof(info));
     structure += sizeof(info);
@@ -114,33 +124,62 @@ Row<PrinterInfo4> PrinterRow4(const Printer& printer) {
   return row;
 }
 
-template <class Info>  // DriverInfo3 begins as DriverInfo2 does
-Row<Info> DriverRow(const PrinterDriver& driver) {
-  Row<Info> row;
+template <class Info, class Char>  // DriverInfo3 begins as DriverInfo2 does
+Row<Info, Char> DriverRow(const PrinterDriver& driver) {
+  Row<Info, Char> row;
   row.info.version = driver.version;
   row.Add(&Info::name, driver.name);
   row.Add(&Info::environment, driver.environment);
   row.AddIfSet(&Info::driverPath, driver.driverPath);
   row.AddIfSet(&Info::dataFile, driver.dataFile);
   row.AddIfSet(&Info::configFile, driver.configFile);
-  if constexpr (std::is_same_v<Info, DriverInfo3>) row.AddIfSet(&Info::helpFile, driver.helpFile);
+  if constexpr (requires { &Info::helpFile; }) row.AddIfSet(&Info::helpFile, driver.helpFile);
   return row;
 }
 
-template <class Info>
-bool LayDrivers(const Call& call, const std::vector<const PrinterDriver*>& drivers, void* buffer,
-                std::uint32_t bytes, std::uint32_t* needed) {
-  std::vector<Row<Info>> rows;
-  for (const PrinterDriver* driver : drivers) rows.push_back(DriverRow<Info>(*driver));
+using DriverList = std::vector<const PrinterDriver*>;
+
+template <class Info, class Char>
+bool LayDrivers(const Call& call, const DriverList& drivers, void* buffer, std::uint32_t bytes,
+                std::uint32_t* needed) {
+  std::vector<Row<Info, Char>> rows;
+  for (const PrinterDriver* driver : drivers) rows.push_back(DriverRow<Info, Char>(*driver));
   return Lay(call, rows, buffer, bytes, needed);
 }
 
-bool LayDrivers(const Call& call, std::uint32_t level,
-                const std::vector<const PrinterDriver*>& drivers, void* buffer, std::uint32_t bytes,
-                std::uint32_t* needed) {
-  if (level == 2) return LayDrivers<DriverInfo2>(call, drivers, buffer, bytes, needed);
-  if (level == 3) return LayDrivers<DriverInfo3>(call, drivers, buffer, bytes, needed);
+template <class Info2, class Info3, class Char>
+bool LayDrivers(const Call& call, std::uint32_t level, const DriverList& drivers, void* buffer,
+                std::uint32_t bytes, std::uint32_t* needed) {
+  if (level == 2) return LayDrivers<Info2, Char>(call, drivers, buffer, bytes, needed);
+  if (level == 3) return LayDrivers<Info3, Char>(call, drivers, buffer, bytes, needed);
   return Fail(call, ERROR_INVALID_LEVEL);
+}
+
+// GetPrinterDriver with those structures.
+template <class Info2, class Info3, class Char>
+bool GiveDriver(Call& call, HPRINTER handle, std::uint32_t level, void* buffer, std::uint32_t bytes,
+                std::uint32_t* needed) {
+  *needed = 0;
+  if (call.Failure(ERROR_INVALID_HANDLE)) return false;
+  const PrinterOrError looked = Look(call, handle);
+  if (looked.error != ERROR_SUCCESS) return Fail(call, looked.error);
+  const std::optional<std::u16string>& name = looked.printer->told.driver;
+  const PrinterDriver* driver = name ? call.machine().spooler().FindDriver(*name) : nullptr;
+  if (driver == nullptr) return Fail(call, ERROR_UNKNOWN_PRINTER_DRIVER);
+  return LayDrivers<Info2, Info3, Char>(call, level, {driver}, buffer, bytes, needed);
+}
+
+// EnumPrinterDrivers with those structures.
+template <class Info2, class Info3, class Char>
+bool GiveAllDrivers(Call& call, std::uint32_t level, void* buffer, std::uint32_t bytes,
+                    std::uint32_t* needed, std::uint32_t* count) {
+  *needed = 0;
+  *count = 0;
+  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return false;
+  const DriverList drivers = call.machine().spooler().Drivers();
+  if (!LayDrivers<Info2, Info3, Char>(call, level, drivers, buffer, bytes, needed)) return false;
+  *count = static_cast<std::uint32_t>(drivers.size());
+  return true;
 }
 
 std::int32_t GiveData(const Call& call, HPRINTER handle, std::u16string_view key,
@@ -199,29 +238,31 @@ bool SpoolerCalls::GetPrinterW(HPRINTER handle, std::uint32_t level, void* buffe
   return Fail(call, ERROR_INVALID_LEVEL);
 }
 
-bool SpoolerCalls::GetPrinterDriverW(HPRINTER handle, std::uint32_t level, void* buffer,
+bool SpoolerCalls::GetPrinterDriverW(HPRINTER printer, std::uint32_t level, void* buffer,
                                      std::uint32_t bytes, std::uint32_t* needed) {
   Call call("GetPrinterDriverW");
-  *needed = 0;
-  if (call.Failure(ERROR_INVALID_HANDLE)) return false;
-  const PrinterOrError looked = Look(call, handle);
-  if (looked.error != ERROR_SUCCESS) return Fail(call, looked.error);
-  const std::optional<std::u16string>& name = looked.printer->told.driver;
-  const PrinterDriver* driver = name ? m_machine.spooler().FindDriver(*name) : nullptr;
-  if (driver == nullptr) return Fail(call, ERROR_UNKNOWN_PRINTER_DRIVER);
-  return LayDrivers(call, level, {driver}, buffer, bytes, needed);
+  return GiveDriver<DriverInfo2, DriverInfo3, char16_t>(call, printer, level, buffer, bytes,
+                                                        needed);
+}
+
+bool SpoolerCalls::GetPrinterDriverA(HPRINTER printer, std::uint32_t level, void* buffer,
+                                     std::uint32_t bytes, std::uint32_t* needed) {
+  Call call("GetPrinterDriverA");
+  return GiveDriver<DriverInfo2A, DriverInfo3A, char>(call, printer, level, buffer, bytes, needed);
 }
 
 bool SpoolerCalls::EnumPrinterDriversW(std::uint32_t level, void* buffer, std::uint32_t bytes,
                                        std::uint32_t* needed, std::uint32_t* count) {
   Call call("EnumPrinterDriversW");
-  *needed = 0;
-  *count = 0;
-  if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return false;
-  const std::vector<const PrinterDriver*> drivers = m_machine.spooler().Drivers();
-  if (!LayDrivers(call, level, drivers, buffer, bytes, needed)) return false;
-  *count = static_cast<std::uint32_t>(drivers.size());
-  return true;
+  return GiveAllDrivers<DriverInfo2, DriverInfo3, char16_t>(call, level, buffer, bytes, needed,
+                                                            count);
+}
+
+bool SpoolerCalls::EnumPrinterDriversA(std::uint32_t level, void* buffer, std::uint32_t bytes,
+                                       std::uint32_t* needed, std::uint32_t* count) {
+  Call call("EnumPrinterDriversA");
+  return GiveAllDrivers<DriverInfo2A, DriverInfo3A, char>(call, level, buffer, bytes, needed,
+                                                          count);
 }
 
 std::int32_t SpoolerCalls::GetPrinterDataW(HPRINTER printer, const char16_t* name,

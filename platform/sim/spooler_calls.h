@@ -20,6 +20,10 @@ class SpoolerCalls final : public platform::Spooler {
                          std::uint32_t bytes, std::uint32_t* needed) override;
   bool EnumPrinterDriversW(std::uint32_t level, void* buffer, std::uint32_t bytes,
                            std::uint32_t* needed, std::uint32_t* count) override;
+  bool GetPrinterDriverA(platform::HPRINTER printer, std::uint32_t level, void* buffer,
+                         std::uint32_t bytes, std::uint32_t* needed) override;
+  bool EnumPrinterDriversA(std::uint32_t level, void* buffer, std::uint32_t bytes,
+                           std::uint32_t* needed, std::uint32_t* count) override;
   std::int32_t GetPrinterDataW(platform::HPRINTER printer, const char16_t* name,
                                std::uint32_t* type, void* data, std::uint32_t bytes,
                                std::uint32_t* needed) override;

@@ -22,6 +22,7 @@ struct SystemState {
   std::u16string tempFolder =
       u"C:\\Users\\User\\AppData\\Local\\Temp\\";  // empty: GetTempPathW fails
   std::u16string windowsFolder = u"C:\\Windows";
+  std::u16string systemFolder = u"C:\\Windows\\system32";  // empty: GetSystemDirectoryW fails
   std::uint32_t doubleClickTime = 500;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/sim/text.h"
 
 #include <locale.h>
+#include <algorithm>
 #include <clocale>
 #include <cwctype>
 
@@ -34,6 +35,14 @@ std::u16string FoldCase(std::u16string_view text) {
   std::u16string folded(text);
   for (char16_t& c : folded) c = FoldCase(c);
   return folded;
+}
+
+std::uint32_t CopyCut(std::u16string_view text, char16_t* out, std::uint32_t chars) {
+  if (chars == 0) return 0;
+  const std::size_t count = std::min<std::size_t>(text.size(), chars - 1);
+  std::copy_n(text.data(), count, out);
+  out[count] = 0;
+  return static_cast<std::uint32_t>(count);
 }
 
 }  // namespace sim

@@ -19,4 +19,11 @@ inline std::u16string_view View(const char16_t* text) {
   return text == nullptr ? std::u16string_view{} : std::u16string_view(text);
 }
 
+inline std::string_view ViewNarrow(const char* text) {
+  return text == nullptr ? std::string_view{} : std::string_view(text);
+}
+
+// Copies with its terminator what fits into `chars` characters; the number copied without it.
+std::uint32_t CopyCut(std::u16string_view text, char16_t* out, std::uint32_t chars);
+
 }  // namespace sim

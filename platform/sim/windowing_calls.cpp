@@ -139,6 +139,31 @@ HWND WindowingCalls::FindWindowW(const char16_t* className, const char16_t* titl
   return window == nullptr ? HWND{} : window->handle;
 }
 
+std::int32_t WindowingCalls::GetWindowTextW(HWND handle, char16_t* text, std::int32_t chars) {
+  Call call("GetWindowTextW");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return 0;
+  const Window* window = desktop().Find(handle);
+  if (window == nullptr) {
+    call.SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return 0;
+  }
+  const std::uint32_t room = chars > 0 ? static_cast<std::uint32_t>(chars) : 0;
+  return static_cast<std::int32_t>(CopyCut(window->title, text, room));
+}
+
+bool WindowingCalls::SetWindowTextW(HWND handle, const char16_t* text) {
+  Call call("SetWindowTextW");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return false;
+  Window* window = desktop().Find(handle);
+  if (window == nullptr) {
+    call.SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return false;
+  }
+  window->title = View(text);
+  m_machine.Trace(u"captioned window " + NameOf(handle) + u" \"" + window->title + u"\"");
+  return true;
+}
+
 bool WindowingCalls::ShowWindow(HWND handle, std::int32_t command) {
   Call call("ShowWindow");
   if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return false;

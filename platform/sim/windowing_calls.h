@@ -21,6 +21,8 @@ class WindowingCalls final : public platform::Windowing {
   bool DestroyWindow(platform::HWND window) override;
   bool IsWindow(platform::HWND window) override;
   platform::HWND FindWindowW(const char16_t* className, const char16_t* title) override;
+  std::int32_t GetWindowTextW(platform::HWND window, char16_t* text, std::int32_t chars) override;
+  bool SetWindowTextW(platform::HWND window, const char16_t* text) override;
   bool ShowWindow(platform::HWND window, std::int32_t command) override;
   bool UpdateWindow(platform::HWND window) override;
   platform::LRESULT DefWindowProcW(platform::HWND window, std::uint32_t message,

@@ -1,6 +1,7 @@
 // Proves that every number and layout in the headers of platform/ is Windows' own.
 //
 // Behind <windows.h> the names mean Windows' values, so ours are taken down in front of it.
+#include <algorithm>
 #include <cstddef>
 
 #include "platform/owner_draw.h"
@@ -16,6 +17,7 @@
   USE(ERROR_DISK_FULL) USE(ERROR_INSUFFICIENT_BUFFER) USE(ERROR_MOD_NOT_FOUND)                     \
   USE(ERROR_NEGATIVE_SEEK) USE(ERROR_BAD_PATHNAME) USE(ERROR_INVALID_NAME)                         \
   USE(ERROR_ALREADY_EXISTS) USE(ERROR_MORE_DATA) USE(ERROR_NO_MORE_ITEMS) USE(ERROR_DIRECTORY)     \
+  USE(ERROR_NOT_SUPPORTED) USE(ERROR_PROC_NOT_FOUND) USE(ERROR_BAD_EXE_FORMAT)                    \
   USE(ERROR_NOT_OWNER) USE(ERROR_TOO_MANY_POSTS) USE(ERROR_KEY_DELETED)                            \
   USE(ERROR_UNKNOWN_REVISION) USE(ERROR_MESSAGE_SYNC_ONLY) USE(ERROR_INVALID_WINDOW_HANDLE) USE(ERROR_CLASS_ALREADY_EXISTS)    \
   USE(ERROR_CANNOT_FIND_WND_CLASS) USE(ERROR_NO_SYSTEM_RESOURCES)                                  \
@@ -39,7 +41,9 @@
   USE(PRINTER_ATTRIBUTE_NETWORK) USE(ERROR_INVALID_LEVEL) USE(ERROR_UNKNOWN_PRINTER_DRIVER)        \
   USE(ERROR_INVALID_PRINTER_NAME) USE(ERROR_PRINTER_DELETED)                                       \
   /* security.h */                                                                                 \
-  USE(SECURITY_DESCRIPTOR_REVISION)                                                                \
+  USE(SECURITY_DESCRIPTOR_REVISION) USE(ACL_REVISION) USE(SECURITY_WORLD_RID)                      \
+  USE(SECURITY_LOCAL_SYSTEM_RID) USE(ERROR_REVISION_MISMATCH) USE(ERROR_INVALID_SID)               \
+  USE(ERROR_ALLOTTED_SPACE_EXCEEDED)                                                               \
   /* system_info.h */                                                                              \
   USE(VER_PLATFORM_WIN32_NT)                                                                       \
   /* nls.h */                                                                                      \
@@ -61,6 +65,8 @@
 
 namespace {
 FOR_EACH_NUMBER(TAKE_DOWN)
+constexpr auto ours_world = platform::SECURITY_WORLD_SID_AUTHORITY;
+constexpr auto ours_nt = platform::SECURITY_NT_AUTHORITY;
 }  // namespace
 
 #include "platform/win32/conversion.h"
@@ -69,6 +75,14 @@ FOR_EACH_NUMBER(TAKE_DOWN)
 #include <winspool.h>
 
 FOR_EACH_NUMBER(PROVE_EQUAL)
+
+namespace {
+constexpr SID_IDENTIFIER_AUTHORITY theirs_world = SECURITY_WORLD_SID_AUTHORITY;
+constexpr SID_IDENTIFIER_AUTHORITY theirs_nt = SECURITY_NT_AUTHORITY;
+}  // namespace
+static_assert(std::ranges::equal(ours_world.value, theirs_world.Value));
+static_assert(std::ranges::equal(ours_nt.value, theirs_nt.Value));
+static_assert(sizeof(platform::SidIdentifierAuthority) == sizeof(SID_IDENTIFIER_AUTHORITY));
 
 // A handle constant is a pointer, which no constant expression may hold: the predefined registry
 // keys and INVALID_HANDLE_VALUE are proven by the contract tests that use them.
@@ -158,3 +172,23 @@ PROVE_SAME_PLACE(DriverInfo3, helpFile, DRIVER_INFO_3W, pHelpFile)
 PROVE_SAME_PLACE(DriverInfo3, dependentFiles, DRIVER_INFO_3W, pDependentFiles)
 PROVE_SAME_PLACE(DriverInfo3, monitorName, DRIVER_INFO_3W, pMonitorName)
 PROVE_SAME_PLACE(DriverInfo3, defaultDatatype, DRIVER_INFO_3W, pDefaultDataType)
+
+static_assert(sizeof(platform::DriverInfo2A) == sizeof(DRIVER_INFO_2A));
+PROVE_SAME_PLACE(DriverInfo2A, version, DRIVER_INFO_2A, cVersion)
+PROVE_SAME_PLACE(DriverInfo2A, name, DRIVER_INFO_2A, pName)
+PROVE_SAME_PLACE(DriverInfo2A, environment, DRIVER_INFO_2A, pEnvironment)
+PROVE_SAME_PLACE(DriverInfo2A, driverPath, DRIVER_INFO_2A, pDriverPath)
+PROVE_SAME_PLACE(DriverInfo2A, dataFile, DRIVER_INFO_2A, pDataFile)
+PROVE_SAME_PLACE(DriverInfo2A, configFile, DRIVER_INFO_2A, pConfigFile)
+
+static_assert(sizeof(platform::DriverInfo3A) == sizeof(DRIVER_INFO_3A));
+PROVE_SAME_PLACE(DriverInfo3A, version, DRIVER_INFO_3A, cVersion)
+PROVE_SAME_PLACE(DriverInfo3A, name, DRIVER_INFO_3A, pName)
+PROVE_SAME_PLACE(DriverInfo3A, environment, DRIVER_INFO_3A, pEnvironment)
+PROVE_SAME_PLACE(DriverInfo3A, driverPath, DRIVER_INFO_3A, pDriverPath)
+PROVE_SAME_PLACE(DriverInfo3A, dataFile, DRIVER_INFO_3A, pDataFile)
+PROVE_SAME_PLACE(DriverInfo3A, configFile, DRIVER_INFO_3A, pConfigFile)
+PROVE_SAME_PLACE(DriverInfo3A, helpFile, DRIVER_INFO_3A, pHelpFile)
+PROVE_SAME_PLACE(DriverInfo3A, dependentFiles, DRIVER_INFO_3A, pDependentFiles)
+PROVE_SAME_PLACE(DriverInfo3A, monitorName, DRIVER_INFO_3A, pMonitorName)
+PROVE_SAME_PLACE(DriverInfo3A, defaultDatatype, DRIVER_INFO_3A, pDefaultDataType)

@@ -41,4 +41,9 @@ inline wchar_t* text_cast(char16_t* text) { return reinterpret_cast<wchar_t*>(te
 inline DWORD* dword_cast(std::uint32_t* number) { return reinterpret_cast<DWORD*>(number); }
 inline LONG* long_cast(std::int32_t* number) { return reinterpret_cast<LONG*>(number); }
 
+// Windows only reads them; the layouts are the same (constants.cpp).
+inline SECURITY_ATTRIBUTES* attributes_cast(const SecurityAttributes* attributes) {
+  return reinterpret_cast<SECURITY_ATTRIBUTES*>(const_cast<SecurityAttributes*>(attributes));
+}
+
 }  // namespace platform

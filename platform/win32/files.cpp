@@ -11,7 +11,12 @@ namespace {
 static_assert(std::extent_v<decltype(FindData::name)> ==
               std::extent_v<decltype(WIN32_FIND_DATAW::cFileName)>);
 
-void TakeOver(const WIN32_FIND_DATAW& found, FindData* data) {
+static_assert(std::extent_v<decltype(FindDataA::name)> ==
+              std::extent_v<decltype(WIN32_FIND_DATAA::cFileName)>);
+
+// WIN32_FIND_DATAW into FindData, WIN32_FIND_DATAA into FindDataA.
+template <class Theirs, class Ours>
+void TakeOver(const Theirs& found, Ours* data) {
   data->attributes = found.dwFileAttributes;
   data->size = (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow;
   std::copy(std::begin(found.cFileName), std::end(found.cFileName), data->name);
@@ -50,6 +55,13 @@ class FilesOfWindows final : public Files {
   HFIND FindFirstFileW(const char16_t* pattern, FindData* data) override {
     WIN32_FIND_DATAW found;
     const auto search = handle_cast<HFIND>(::FindFirstFileW(text_cast(pattern), &found));
+    if (search != INVALID_FIND_HANDLE) TakeOver(found, data);
+    return search;
+  }
+
+  HFIND FindFirstFileA(const char* pattern, FindDataA* data) override {
+    WIN32_FIND_DATAA found;
+    const auto search = handle_cast<HFIND>(::FindFirstFileA(pattern, &found));
     if (search != INVALID_FIND_HANDLE) TakeOver(found, data);
     return search;
   }

@@ -9,10 +9,8 @@ class KernelObjectsOfWindows final : public KernelObjects {
  public:
   HANDLE CreateMutexW(const SecurityAttributes* attributes, bool initialOwner,
                       const char16_t* name) override {
-    // Windows only reads them; the layouts are the same (constants.cpp).
-    auto* native =
-        reinterpret_cast<SECURITY_ATTRIBUTES*>(const_cast<SecurityAttributes*>(attributes));
-    return handle_cast<HANDLE>(::CreateMutexW(native, initialOwner, text_cast(name)));
+    return handle_cast<HANDLE>(
+        ::CreateMutexW(attributes_cast(attributes), initialOwner, text_cast(name)));
   }
 
   HANDLE OpenMutexW(std::uint32_t access, const char16_t* name) override {

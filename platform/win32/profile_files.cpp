@@ -14,6 +14,12 @@ class ProfileFilesOfWindows final : public ProfileFiles {
                                       text_cast(value), chars, text_cast(path));
   }
 
+  std::uint32_t GetPrivateProfileStringA(const char* section, const char* key, const char* fallback,
+                                         char* value, std::uint32_t chars,
+                                         const char* path) override {
+    return ::GetPrivateProfileStringA(section, key, fallback, value, chars, path);
+  }
+
   std::uint32_t GetPrivateProfileIntW(const char16_t* section, const char16_t* key,
                                       std::int32_t fallback, const char16_t* path) override {
     return ::GetPrivateProfileIntW(text_cast(section), text_cast(key), fallback, text_cast(path));

@@ -1,4 +1,4 @@
-// Sections of Windows, backed by the page file.
+// Sections of Windows.
 #include "platform/win32/conversion.h"
 #include "platform/win32/services.h"
 
@@ -7,10 +7,12 @@ namespace {
 
 class SectionsOfWindows final : public Sections {
  public:
-  HANDLE CreateFileMappingW(std::uint32_t bytes, const char16_t* name) override {
-    return handle_cast<HANDLE>(::CreateFileMappingW(handle_cast<::HANDLE>(INVALID_HANDLE_VALUE),
-                                                    nullptr, PAGE_READWRITE, 0, bytes,
-                                                    text_cast(name)));
+  HANDLE CreateFileMappingW(HANDLE file, const SecurityAttributes* attributes,
+                            std::uint32_t protection, std::uint32_t sizeHigh, std::uint32_t sizeLow,
+                            const char16_t* name) override {
+    return handle_cast<HANDLE>(::CreateFileMappingW(handle_cast<::HANDLE>(file),
+                                                    attributes_cast(attributes), protection,
+                                                    sizeHigh, sizeLow, text_cast(name)));
   }
 
   HANDLE OpenFileMappingW(std::uint32_t access, const char16_t* name) override {

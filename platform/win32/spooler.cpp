@@ -45,6 +45,18 @@ class SpoolerOfWindows final : public Spooler {
                                  dword_cast(needed), dword_cast(count)) != FALSE;
   }
 
+  bool GetPrinterDriverA(HPRINTER printer, std::uint32_t level, void* buffer, std::uint32_t bytes,
+                         std::uint32_t* needed) override {
+    return ::GetPrinterDriverA(handle_cast<::HANDLE>(printer), nullptr, level, byte_cast(buffer),
+                               bytes, dword_cast(needed)) != FALSE;
+  }
+
+  bool EnumPrinterDriversA(std::uint32_t level, void* buffer, std::uint32_t bytes,
+                           std::uint32_t* needed, std::uint32_t* count) override {
+    return ::EnumPrinterDriversA(nullptr, nullptr, level, byte_cast(buffer), bytes,
+                                 dword_cast(needed), dword_cast(count)) != FALSE;
+  }
+
   std::int32_t GetPrinterDataW(HPRINTER printer, const char16_t* name, std::uint32_t* type,
                                void* data, std::uint32_t bytes, std::uint32_t* needed) override {
     return static_cast<std::int32_t>(

@@ -1,4 +1,4 @@
-// The clock and version of Windows.
+// The clock, version and own folder of Windows.
 #include "platform/win32/conversion.h"
 #include "platform/win32/services.h"
 
@@ -35,6 +35,10 @@ class SystemInfoOfWindows final : public SystemInfo {
                 .platformId = native.dwPlatformId,
                 .productType = native.wProductType};
     return true;
+  }
+
+  std::uint32_t GetSystemDirectoryW(char16_t* path, std::uint32_t chars) override {
+    return ::GetSystemDirectoryW(text_cast(path), chars);
   }
 };
 

@@ -87,6 +87,14 @@ class WindowingOfWindows final : public Windowing {
     return handle_cast<HWND>(::FindWindowW(text_cast(className), text_cast(title)));
   }
 
+  std::int32_t GetWindowTextW(HWND window, char16_t* text, std::int32_t chars) override {
+    return ::GetWindowTextW(handle_cast<::HWND>(window), text_cast(text), chars);
+  }
+
+  bool SetWindowTextW(HWND window, const char16_t* text) override {
+    return ::SetWindowTextW(handle_cast<::HWND>(window), text_cast(text)) != FALSE;
+  }
+
   bool ShowWindow(HWND window, std::int32_t command) override {
     return ::ShowWindow(handle_cast<::HWND>(window), command) != FALSE;
   }

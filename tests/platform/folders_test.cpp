@@ -117,8 +117,10 @@ TEST_F(FindingFiles, NothingThatMatchesIsToldFromAMissingFolder) {
   EXPECT_EQ(LastError(), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(os.files.FindFirstFileW(Path(u"*.ini").c_str(), &data), INVALID_FIND_HANDLE);
   EXPECT_EQ(LastError(), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(os.files.FindFirstFileW(Path(u"missing\\*.ini").c_str(), &data), INVALID_FIND_HANDLE);
-  EXPECT_EQ(LastError(), ERROR_PATH_NOT_FOUND);
+  for (const auto pattern : {u"missing\\*.ini", u"missing\\*"}) {
+    EXPECT_EQ(os.files.FindFirstFileW(Path(pattern).c_str(), &data), INVALID_FIND_HANDLE);
+    EXPECT_EQ(LastError(), ERROR_PATH_NOT_FOUND);
+  }
 }
 
 TEST_F(FindingFiles, APathThatEndsInABackslashMatchesNothing) {

@@ -15,9 +15,14 @@ class SectionsContract : public PlatformTest {
   using View = std::unique_ptr<unsigned char, Unmap>;
 
   OwnedObject Make(std::uint32_t bytes, const char16_t* name = u"PlatformTest") {
-    OwnedObject section(sections.CreateFileMappingW(bytes, name));
+    OwnedObject section(TryMake(bytes, name));
     EXPECT_TRUE(section) << "error " << LastError();
     return section;
+  }
+  // Backed by the page file, with default security.
+  HANDLE TryMake(std::uint32_t bytes, const char16_t* name = u"PlatformTest") {
+    return sections.CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, bytes,
+                                       name);
   }
   View Map(const OwnedObject& section, std::uint64_t bytes = 0) {
     return View(static_cast<unsigned char*>(
@@ -71,7 +76,7 @@ TEST_F(SectionNames, OnesWithoutANameAreNeverTheSame) {
 
 TEST_F(SectionNames, ANameOfAnotherKindOfObjectIsRefused) {
   const OwnedObject mutex(os.objects.CreateMutexW(nullptr, false, u"PlatformTest"));
-  EXPECT_EQ(sections.CreateFileMappingW(100, u"PlatformTest"), HANDLE{});
+  EXPECT_EQ(TryMake(100), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
   EXPECT_EQ(TryOpen(), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_HANDLE);
@@ -84,7 +89,7 @@ TEST_F(SectionNames, TheNameOfASectionIsRefusedToOtherKinds) {
 }
 
 TEST_F(SectionNames, ASectionHasBytes) {
-  EXPECT_EQ(sections.CreateFileMappingW(0, u"PlatformTest"), HANDLE{});
+  EXPECT_EQ(TryMake(0), HANDLE{});
   EXPECT_EQ(LastError(), ERROR_INVALID_PARAMETER);
 }
 

@@ -75,4 +75,9 @@ std::optional<std::u16string> TextOf(const char16_t* field) {
   return std::u16string(field);
 }
 
+std::optional<std::string> TextOf(const char* field) {
+  if (field == nullptr) return std::nullopt;
+  return std::string(field);
+}
+
 }  // namespace platform

@@ -69,5 +69,6 @@ class SpoolerContract : public PlatformTest {
 
 // A text of a structure; nothing when the field is null.
 std::optional<std::u16string> TextOf(const char16_t* field);
+std::optional<std::string> TextOf(const char* field);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// The system's clock and version, and the shell's folders.
+// The system's clock, version and own folder, and the shell's folders.
 #include "tests/platform/platform_test.h"
 
 namespace platform {
@@ -6,6 +6,7 @@ namespace {
 
 using SystemClock = PlatformTest;
 using SystemVersion = PlatformTest;
+using SystemFolder = PlatformTest;
 using SpecialFolders = PlatformTest;
 
 TEST_F(SystemClock, TheTickCountNeverGoesBack) {
@@ -55,6 +56,40 @@ TEST_F(SystemVersion, ItTellsANewEnoughWindows) {
   // A program whose manifest doesn't name a later version is told 6.2.
   EXPECT_GE(version.majorVersion * 100 + version.minorVersion, 602u);
   EXPECT_TRUE(version.productType >= 1 && version.productType <= 3) << int{version.productType};
+}
+
+TEST_F(SystemFolder, ItIsAFolderWithoutClosingBackslash) {
+  char16_t path[MAX_PATH] = {};
+  const std::uint32_t length = os.system.GetSystemDirectoryW(path, MAX_PATH);
+  const std::u16string folder(path);
+  EXPECT_EQ(folder.size(), length);
+  ASSERT_GT(folder.size(), 3u);
+  EXPECT_EQ(folder.substr(1, 2), u":\\");
+  EXPECT_EQ(os.nls.lstrcmpiW(folder.substr(folder.rfind(u'\\')).c_str(), u"\\system32"), 0);
+  const std::uint32_t attributes = os.files.GetFileAttributesW(path);
+  ASSERT_NE(attributes, INVALID_FILE_ATTRIBUTES);
+  EXPECT_NE(attributes & FILE_ATTRIBUTE_DIRECTORY, 0u);
+}
+
+TEST_F(SystemFolder, TooSmallARoomTellsTheNeededOneWithTerminator) {
+  char16_t whole[MAX_PATH] = {};
+  const std::uint32_t length = os.system.GetSystemDirectoryW(whole, MAX_PATH);
+  ASSERT_GT(length, 3u);
+  EXPECT_EQ(os.system.GetSystemDirectoryW(nullptr, 0), length + 1);
+  char16_t path[MAX_PATH] = {};
+  path[length] = u'?';
+  EXPECT_EQ(os.system.GetSystemDirectoryW(path, 1), length + 1);
+  EXPECT_EQ(os.system.GetSystemDirectoryW(path, length), length + 1);
+  EXPECT_EQ(path[length], u'?');
+}
+
+TEST_F(SystemFolder, ARoomThatJustFitsIsEnough) {
+  char16_t whole[MAX_PATH] = {};
+  const std::uint32_t length = os.system.GetSystemDirectoryW(whole, MAX_PATH);
+  ASSERT_GT(length, 3u);
+  std::u16string path(length + 2, u'?');
+  EXPECT_EQ(os.system.GetSystemDirectoryW(path.data(), length + 1), length);
+  EXPECT_EQ(path, std::u16string(whole) + u'\0' + u'?');
 }
 
 TEST_F(SpecialFolders, TheCommonDataFolderExists) {

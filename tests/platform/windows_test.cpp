@@ -20,6 +20,15 @@ class Windows : public WindowingContract {
     return life;
   }
 
+  // A window's caption, as the system tells it for a room of that many characters.
+  std::u16string CaptionOf(HWND window, std::int32_t chars = 100) {
+    std::u16string text(100, u'?');
+    const std::int32_t length = windowing.GetWindowTextW(window, text.data(), chars);
+    EXPECT_EQ(text[static_cast<std::size_t>(length)], u'\0');
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+  }
+
   HWND GoneWindow() {
     const HWND window = MakeWindow();
     EXPECT_TRUE(windowing.DestroyWindow(window));
@@ -28,6 +37,7 @@ class Windows : public WindowingContract {
 };
 
 using WindowClasses = Windows;
+using Captions = Windows;
 using Numbers = std::vector<std::uint32_t>;
 
 LRESULT DefaultProcedure(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
@@ -208,6 +218,67 @@ TEST_F(Windows, AWindowThatIsGoneIsNotFound) {
   MakeWindow({}, u"PlatformTest A");
   windowing.DestroyWindow(windowing.FindWindowW(kClass, u"PlatformTest A"));
   EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest A"), HWND{});
+}
+
+// --- Captions
+
+TEST_F(Captions, AWindowIsMadeWithOne) {
+  EXPECT_EQ(CaptionOf(MakeWindow({}, u"PlatformTest \u05D0")), u"PlatformTest \u05D0");
+}
+
+TEST_F(Captions, AnotherOneCanBeSet) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  EXPECT_TRUE(windowing.SetWindowTextW(window, u"PlatformTest B, which is longer"));
+  EXPECT_EQ(CaptionOf(window), u"PlatformTest B, which is longer");
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest A"), HWND{});
+  EXPECT_EQ(windowing.FindWindowW(kClass, u"PlatformTest B, which is longer"), window);
+}
+
+TEST_F(Captions, OneThatDoesNotFitIsCut) {
+  const HWND window = MakeWindow({}, u"123456");
+  EXPECT_EQ(CaptionOf(window, 7), u"123456");
+  EXPECT_EQ(CaptionOf(window, 6), u"12345");
+  EXPECT_EQ(CaptionOf(window, 1), u"");
+}
+
+TEST_F(Captions, NoRoomIsLeftAlone) {
+  const HWND window = MakeWindow({}, u"123456");
+  char16_t text[] = u"x";
+  EXPECT_EQ(windowing.GetWindowTextW(window, text, 0), 0);
+  EXPECT_EQ(text[0], u'x');
+}
+
+TEST_F(Captions, AnEmptyOneHasNoLength) {
+  EXPECT_EQ(CaptionOf(MakeWindow({}, u"")), u"");
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  EXPECT_TRUE(windowing.SetWindowTextW(window, u""));
+  EXPECT_EQ(CaptionOf(window), u"");
+}
+
+TEST_F(Captions, NullIsAnEmptyOne) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  EXPECT_TRUE(windowing.SetWindowTextW(window, nullptr));
+  EXPECT_EQ(CaptionOf(window), u"");
+}
+
+TEST_F(Captions, ALongOneIsKeptWhole) {
+  const HWND window = MakeWindow({}, u"PlatformTest A");
+  const std::u16string longText(5000, u'c');
+  EXPECT_TRUE(windowing.SetWindowTextW(window, longText.c_str()));
+  std::u16string told(6000, u'?');
+  EXPECT_EQ(windowing.GetWindowTextW(window, told.data(), 6000), 5000);
+  EXPECT_EQ(std::u16string(told.c_str()), longText);
+}
+
+TEST_F(Captions, AWindowThatIsGoneHasNone) {
+  const HWND gone = GoneWindow();
+  char16_t text[10] = {};
+  os.process.SetLastError(7777);
+  EXPECT_EQ(windowing.GetWindowTextW(gone, text, 10), 0);
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
+  os.process.SetLastError(7777);
+  EXPECT_FALSE(windowing.SetWindowTextW(gone, u"x"));
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
 }
 
 // --- Showing
