@@ -39,14 +39,17 @@ std::u16string_view BehindField(std::u16string_view rest, const FieldEnd& end) {
   return end.length == kNone ? std::u16string_view() : rest.substr(end.separator + 1);
 }
 
-std::u16string WithSingleQuotes(std::u16string_view field) {
-  std::u16string text;
-  text.reserve(field.size());
-  for (std::size_t at = 0; at < field.size(); ++at) {
-    text.push_back(field[at]);
-    if (field.substr(at, 2) == u"\"\"") ++at;
+// In `text`, unless the field can stay as it is.
+std::u16string_view WithSingleQuotes(std::u16string_view field, std::u16string& text) {
+  constexpr std::u16string_view kPair = u"\"\"";
+  std::size_t pair = field.find(kPair);
+  if (pair == kNone) return field;
+  text.clear();
+  for (; pair != kNone; pair = field.find(kPair)) {
+    text.append(field.substr(0, pair + 1));
+    field.remove_prefix(pair + kPair.size());
   }
-  return text;
+  return text.append(field);
 }
 
 char16_t AsciiUpper(char16_t character) {
@@ -68,11 +71,16 @@ std::uint32_t DigitValue(char16_t character) {
 
 }  // namespace
 
-std::u16string CFieldWalker::Next() {
+std::u16string_view CFieldWalker::Next(std::u16string& room) {
   const FieldEnd end = EndOfField(m_rest);
   const std::u16string_view field = m_rest.substr(0, end.length);
   m_rest = BehindField(m_rest, end);
-  return WithSingleQuotes(field);
+  return WithSingleQuotes(field, room);
+}
+
+std::u16string CFieldWalker::Next() {
+  std::u16string room;
+  return std::u16string(Next(room));
 }
 
 void CFieldWalker::Skip() { m_rest = BehindField(m_rest, EndOfField(m_rest)); }

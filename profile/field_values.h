@@ -17,6 +17,8 @@ class CFieldWalker {
   // The next field as it stands: blanks and the quotes around it are kept, two quotes in a row are
   // one. Empty behind the last field.
   std::u16string Next();
+  // Likewise without a copy where there needn't be one: a part of the list, or of `room`.
+  std::u16string_view Next(std::u16string& room);
   // Passes over a field.
   void Skip();
 

@@ -1,0 +1,63 @@
+#include "profile/install_desc_report.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "Common/wide_format.h"
+#include "platform/platform.h"
+
+namespace vgl {
+
+using namespace platform;
+
+platform::ProcessWideValue<HWND> g_hInstallReportWnd;
+
+namespace {
+
+constexpr char16_t kEnd[] = u"//////////////\r\n";
+
+std::u16string LineOf(const CRegPathEntry& entry, std::int32_t number) {
+  return WideFormat(u"#%ld [<%s> \"%s\"]\r\n", number, entry.m_csTag, entry.m_csPath);
+}
+
+std::u16string LineOf(const CRegEnterEntry& entry, std::int32_t number) {
+  if (entry.m_uType == REG_DWORD)
+    return WideFormat(u"#%ld [<%s> \"%s\", (%s) %ld]\r\n", number, entry.m_csTag, entry.m_csName,
+                      u"REG_DWORD", entry.m_nNumber);
+  return WideFormat(u"#%ld [<%s> \"%s\", (%s) \"%s\"]\r\n", number, entry.m_csTag, entry.m_csName,
+                    u"REG_SZ", entry.m_csText);
+}
+
+void AppendToCaption(HWND window, std::u16string_view report) {
+  constexpr std::int32_t kChars = 1024;
+  std::u16string caption(kChars, u'\0');
+  const std::int32_t length = Os().windowing.GetWindowTextW(window, caption.data(), kChars);
+  caption.resize(static_cast<std::size_t>(std::max(length, 0)));
+  caption += report;
+  Os().windowing.SetWindowTextW(window, caption.c_str());
+}
+
+template <class Entries>
+void Report(std::u16string_view begin, std::u16string_view none, const Entries& entries) {
+  const HWND window = g_hInstallReportWnd;
+  if (window == HWND{}) return;
+  std::u16string report(begin);
+  std::int32_t number = 0;
+  for (const auto& entry : entries) report += LineOf(entry, ++number);
+  if (number == 0) report += none;
+  AppendToCaption(window, report + kEnd);
+}
+
+}  // namespace
+
+void ReportPaths(const CRegPathList::Entries& entries) {
+  Report(u"/////path/////\r\n", u"None path data.\r\n", entries);
+}
+
+void ReportEntries(const CRegEnterList::Entries& entries) {
+  Report(u"\r\n/////enter////\r\n", u"None enter data.\r\n", entries);
+}
+
+}  // namespace vgl
