@@ -44,8 +44,11 @@ std::int32_t CMainFrame::StartUp() {
   TrayLogText(u"CMainFrame::StartUp");
   if (!FillFixedTexts()) return kEndAndDropAutoStart;
   if (DuplicationChk() == 0) return kEndQuietly;
-  // A /R without an agent to end leaves no trace.
-  if (m_fRemove != 0) return kEndQuietly;
+  if (m_fRemove != 0) {
+    // A /R without an agent to end leaves no trace.
+    LeaveMap();
+    return kEndQuietly;
+  }
   ArmTimersOfStartUp();
   return kRun;
 }
@@ -57,13 +60,6 @@ bool CMainFrame::FillFixedTexts() {
              u"\r\nUnable to open Monitoring Preferences window for this printer.") &&
          m_szMsgMemory.Assign(u"Insufficient memory.") &&
          m_szMsgNoFile.Assign(u"Could not find specified file.");
-}
-
-std::int32_t CMainFrame::DuplicationChk() {
-  TrayLogText(u"CMainFrame::DuplicationChk : start");
-  m_hMapFile = HANDLE{};
-  TrayLogText(u"CMainFrame::DuplicationChk : end");
-  return 1;
 }
 
 void CMainFrame::ArmTimersOfStartUp() {
@@ -87,6 +83,7 @@ void CMainFrame::StopTimer(std::uint64_t id, std::uint64_t& field) {
 std::int32_t CMainFrame::DestroyWindow() {
   TrayLogText(u"CMainFrame::DestroyWindow");
   StopTimer(TMID_MASKCHECK, m_uhMaskCheck);
+  if (m_hMapFile != HANDLE{}) LeaveMap();
   StopTimer(TMID_PRINTERCHECK, m_uhPrinterCheck);
   m_uInvitationPeriod = 0;
   StopTimer(TMID_INVITATION, m_uhInvitationMonitor);

@@ -110,6 +110,11 @@ class CMainFrame {
 
  private:
   bool FillFixedTexts();
+  void HandOverTo(platform::HWND other);
+  void PublishWindow();
+  // Takes this agent out of the instance map and closes it.
+  void LeaveMap();
+  void CloseMap();
   void ArmTimersOfStartUp();
   std::uint64_t ArmTimer(std::uint64_t id, std::uint32_t milliseconds);
   void StopTimer(std::uint64_t id, std::uint64_t& field);

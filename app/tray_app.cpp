@@ -2,7 +2,9 @@
 
 #include <new>
 
+#include "Common/reg_library.h"
 #include "Common/tray_log.h"
+#include "profile/os_identification.h"
 
 namespace vgl {
 
@@ -30,6 +32,13 @@ void LogCmdLineInfo(const CCmdLineInfo& cmdInfo) {
   TrayLogInt(u"cmdInfo.m_IconFrom", cmdInfo.m_IconFrom);
   TrayLogInt(u"cmdInfo.m_fRemove", cmdInfo.m_fRemove);
   TrayLogInt(u"cmdInfo.m_fIconInstall", cmdInfo.m_fIconInstall);
+}
+
+// Where the driver's branch of the registry is reached through the driver set's own library, there
+// is no agent without it. Other systems have no such library.
+bool HasDriverEnvironment(const CCmdLineInfo& cmdInfo) {
+  if (g_bRegLibraryMode != 0 || !IsWin2000OrLater()) return true;
+  return LoadMonitorEnv(cmdInfo.m_szDriverName.c_str()) == 1;
 }
 
 // Gives a predecessor time to go. Which printer's window it is that stands there doesn't matter:
@@ -82,6 +91,7 @@ bool CTrayIconApp::InitInstance(const char16_t* commandLine) {
   Os().windowing.InitCommonControls();
 
   CCmdLineInfo cmdInfo(commandLine);
+  if (!HasDriverEnvironment(cmdInfo)) return false;
   // A printer whose driver isn't of this suite gets no agent.
   if (cmdInfo.ResolveModelID() == 0) return false;
   LogCmdLineInfo(cmdInfo);
@@ -133,6 +143,7 @@ void CTrayIconApp::Run() {
 void CTrayIconApp::ExitInstance() {
   m_frame.reset();
   g_pMainFrame = nullptr;
+  if (g_bRegLibraryMode != 0) ReleaseRegLibrary();
   if (g_bTrayLogEnabled != 0)
     TrayLogText(u"***** LOG END ******");
   else

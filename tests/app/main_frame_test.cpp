@@ -92,11 +92,13 @@ TEST_F(MainFrame, ServerIsLoggedAndItsMaskCheckAndFlushAreArmed) {
     EXPECT_TRUE(HasLogged("Server OS."));
     EXPECT_EQ(PeriodOf(TMID_MASKCHECK), 3000U);
     EXPECT_EQ(PeriodOf(TMID_FLUSHLOG), 900000U);
+    frame->DestroyWindow();
   }
 }
 
 TEST_F(MainFrame, WorkstationAndASystemThatDoesntTellAreNoServer) {
   frame->StartUp();
+  frame->DestroyWindow();
   machine.system().version.productType = 3;
   machine.system().versionIsKnown = false;
   frame->StartUp();

@@ -67,10 +67,10 @@ class InsideStart : public testing::Test {
 };
 
 TEST_F(InsideStart, IdentityAndFlagsReachTheFrame) {
-  ASSERT_TRUE(app.InitInstance(u"/P \"p\" /D \"d\" /O \"o\" /M \"m\" /I"));
+  ASSERT_TRUE(app.InitInstance(u"/P \"p\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\" /I"));
   const CMainFrame& frame = *g_pMainFrame;
   EXPECT_EQ(frame.m_szPrinterName.view(), u"p");
-  EXPECT_EQ(frame.m_szDriverName.view(), u"d");
+  EXPECT_EQ(frame.m_szDriverName.view(), u"KAVRO Studio 7200");
   EXPECT_EQ(frame.m_szPortName.view(), u"o");
   EXPECT_EQ(frame.m_szModelID.view(), u"m");
   EXPECT_EQ(frame.m_fIconInstall, 1);

@@ -41,7 +41,7 @@ TEST(HandOver, TakesAHundredMillisecondsWhereNoAgentRuns) {
 
 TEST(HandOver, TakesSixteenHundredMillisecondsWhereAnyAgentHasAWindow) {
   SimDesk desk;
-  desk.StartedAgent(u"/P \"Another\" /D \"d\" /O \"o\" /M \"m\"");
+  desk.StartedAgent(u"/P \"Another\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\"");
   EXPECT_EQ(TimeToWindow(desk, DefaultOptions()), 1600U);
 }
 
@@ -77,7 +77,7 @@ TEST(Start, WithoutPrinterAndPortEndsWithZeroAndNoWindow) {
 
 TEST(Start, WithoutModelIdEndsSilentlyBeforeTheWait) {
   SimDesk desk;
-  const SimAgent agent = desk.StartAgent(u"/P \"a\" /D \"d\" /O \"o\"");
+  const SimAgent agent = desk.StartAgent(u"/P \"a\" /D \"KAVRO Studio 7200\" /O \"o\"");
   ASSERT_TRUE(agent.HasEnded());
   EXPECT_EQ(agent.ExitCode(), 0U);
   EXPECT_FALSE(HasSlept(desk));
@@ -93,7 +93,7 @@ TEST(Start, OfAnEmptyCommandLineEndsWithZero) {
 
 TEST(Start, OfAPrinterWhosePortIsUnknownEndsWithZeroAfterTheWait) {
   SimDesk desk;
-  const SimAgent agent = desk.StartAgent(u"/P \"a\" /D \"d\" /M \"m\"");
+  const SimAgent agent = desk.StartAgent(u"/P \"a\" /D \"KAVRO Studio 7200\" /M \"m\"");
   EXPECT_FALSE(agent.HasEnded());
   desk.RunFor(5000);
   ASSERT_TRUE(agent.HasEnded());
@@ -104,8 +104,42 @@ TEST(Start, OfAPrinterWhosePortIsUnknownEndsWithZeroAfterTheWait) {
 
 TEST(Start, OfAPortAloneRuns) {
   SimDesk desk;
-  const SimAgent agent = desk.StartedAgent(u"/O \"USB001\" /M \"S7200\"");
+  const SimAgent agent = desk.StartedAgent(u"/D \"KAVRO Studio 7200\" /O \"USB001\" /M \"S7200\"");
   EXPECT_NE(agent.Window(), nullptr);
+}
+
+TEST(Start, WithoutTheRegistryLibraryOfTheDriverEndsSilently) {
+  const std::u16string library = std::u16string(desk::kDriverFolder) + u"\\K_WRDEF1.DLL";
+  SimDesk desk;
+  desk.machine.files().Remove(library);
+  const SimAgent agent = desk.StartAgent();
+  ASSERT_TRUE(agent.HasEnded());
+  EXPECT_EQ(agent.ExitCode(), 0U);
+  EXPECT_TRUE(agent.process().Ledger().empty());
+  EXPECT_FALSE(desk.HasLogged("cmdInfo.m_szPrinterName : Studio 7200"));
+  EXPECT_TRUE(desk.HasLogged("***** LOG END ******"));
+}
+
+TEST(Start, WithoutADriverNameThereIsNoLibraryAndNoAgent) {
+  SimDesk desk;
+  EXPECT_TRUE(desk.StartAgent(u"/O \"USB001\" /M \"S7200\"").HasEnded());
+}
+
+TEST(Start, OnASystemThatTheLibraryIsNotForRunsWithoutIt) {
+  SimDesk desk;
+  desk.machine.files().Remove(std::u16string(desk::kDriverFolder) + u"\\K_WRDEF1.DLL");
+  desk.machine.system().version = OsVersion{4, 0, VER_PLATFORM_WIN32_NT, 1};
+  EXPECT_NE(desk.StartedAgent().Window(), nullptr);
+}
+
+TEST(Start, TheLibraryStaysLoadedUntilTheAgentsEnd) {
+  SimDesk desk;
+  const SimAgent agent = desk.StartedAgent();
+  const std::u16string held = u"library " + std::u16string(desk::kDriverFolder) + u"\\K_WRDEF1.DLL";
+  const std::vector<std::u16string> ledger = agent.process().Ledger();
+  EXPECT_EQ(std::count(ledger.begin(), ledger.end(), held), 1);
+  agent.Close();
+  EXPECT_TRUE(agent.process().Ledger().empty());
 }
 
 TEST(Start, WindowIsHiddenAndBearsTheSuitesClassAndTitle) {
@@ -124,8 +158,8 @@ TEST(Start, PrinterNameOf260CharactersEndsTheProcessAfterTheWindowWasMade) {
   SimDesk desk;
   const std::u16string record = u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000001";
   desk.machine.registry().SetString(HKEY_CURRENT_USER, record, u"Name", std::u16string(260, u'n'));
-  const SimAgent agent =
-      desk.StartAgent(u"/KVT \"KVLTarget\\P0000000000000001\" /D \"d\" /O \"o\" /M \"m\"");
+  const SimAgent agent = desk.StartAgent(
+      u"/KVT \"KVLTarget\\P0000000000000001\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\"");
   desk.RunFor(5000);
   ASSERT_TRUE(agent.HasEnded());
   EXPECT_EQ(agent.ExitCode(), 0U);
@@ -137,14 +171,15 @@ TEST(Start, PrinterNameOf260CharactersEndsTheProcessAfterTheWindowWasMade) {
 
 TEST(Start, PrinterNameOf259CharactersRuns) {
   SimDesk desk;
-  const SimAgent agent =
-      desk.StartedAgent(u"/P \"" + std::u16string(259, u'n') + u"\" /D \"d\" /O \"o\" /M \"m\"");
+  const SimAgent agent = desk.StartedAgent(u"/P \"" + std::u16string(259, u'n') +
+                                           u"\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\"");
   EXPECT_NE(agent.Window(), nullptr);
 }
 
 TEST(Start, LogsItsStepsInOrder) {
   SimDesk desk;
   const SimAgent agent = desk.StartedAgent(DefaultOptions());
+  const auto window = static_cast<std::uint64_t>(agent.Window()->handle);
   agent.Close();
   const std::vector<std::string> expected = {
       "***** LOG START ******",
@@ -159,6 +194,20 @@ TEST(Start, LogsItsStepsInOrder) {
       "cmdInfo.m_fIconInstall : 0",
       "CMainFrame::StartUp",
       "CMainFrame::DuplicationChk : start",
+      "enter : MultiExecuteCheck",
+      "enter : MultiExecuteCheck",
+      "enter : CheckMapPrinter",
+      "exit : CheckMapPrinter(0)[3]",
+      "exit  : MultiExecuteCheck",
+      "exit : MultiExecuteCheck",
+      "enter : SethWindow",
+      "enter : SethWindowSub",
+      "MapName : VglV5MapFile_Ink",
+      "PrnName : Studio 7200",
+      "PortName : USB001",
+      "hWnd : " + std::to_string(static_cast<std::uint64_t>(window)),
+      "AppSel : 3",
+      "exit : SethWindow : 0",
       "CMainFrame::DuplicationChk : end",
       "MainFrame.StartUp() : Result : 1",
       "WM_CLOSE",
@@ -268,7 +317,8 @@ TEST(Run, AgentWithoutAWindowWaitsOnUntilItIsEnded) {
 TEST(Run, AgentsOfTwoPrintersLiveSideBySide) {
   SimDesk desk;
   const SimAgent first = desk.StartedAgent();
-  const SimAgent second = desk.StartedAgent(u"/P \"Other\" /D \"d\" /O \"o\" /M \"m\"");
+  const SimAgent second =
+      desk.StartedAgent(u"/P \"Other\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\"");
   first.Close();
   EXPECT_TRUE(first.HasEnded());
   EXPECT_NE(second.Window(), nullptr);
