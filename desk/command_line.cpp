@@ -5,20 +5,27 @@
 #include <fstream>
 #include <istream>
 #include <iterator>
+#include <optional>
 #include <ostream>
 
 #include "desk/player.h"
+#include "desk/sample.h"
 
 namespace desk {
 
 namespace {
 
 constexpr char kFooter[] =
-    "The agent's command line stands behind \"--\":\n"
+    "SAMPLE is a folder (told by a slash in it) or the name of one below samples/. Its machine is\n"
+    "taken in place of the one that the script names; without both there is a machine with the\n"
+    "printer \"Studio 7200\", of whose driver set only the registry library is there.\n"
+    "Without a script one agent runs for ten seconds (--for) and is closed by WM_CLOSE. Its "
+    "command\n"
+    "line stands behind \"--\", or is the sample's own:\n"
+    "  vgldesk run studio-7200\n"
     "  vgldesk run --log -- /P \"Studio 7200\" /D \"KAVRO Studio 7200\" /O USB001 /M S7200\n"
-    "Without a script that agent runs for ten seconds (--for) and is closed by WM_CLOSE.\n"
     "Exit code: that of the first agent; 1 when the session couldn't be played to its end;\n"
-    "2 for a mistake in the command line or in the script.";
+    "2 for a mistake in the command line, in the script or in the sample.";
 
 std::string ReadAll(std::istream& in) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -27,6 +34,42 @@ std::string ReadAll(std::istream& in) {
 std::string SessionOf(const std::string& commandLine, std::uint64_t milliseconds) {
   return "start " + commandLine + "\nwait " + std::to_string(milliseconds) +
          "\npost WM_CLOSE\nawait-end 60000\n";
+}
+
+// What the command line tells of the session to play.
+struct GivenSession {
+  std::string scriptFile;            // empty when none is given
+  std::optional<std::string> agent;  // the command line behind --
+  std::uint64_t milliseconds = 10000;
+};
+
+// The script's text. False when there is none; what is wrong goes to `err`.
+bool ReadSession(const GivenSession& given, const std::string& sample, std::istream& in,
+                 std::string& text, std::ostream& err) {
+  std::string mistake;
+  if (given.agent && !given.scriptFile.empty()) {
+    mistake = "a script starts its agents itself; give either --script or a command line behind --";
+  } else if (given.agent) {
+    text = SessionOf(*given.agent, given.milliseconds);
+  } else if (given.scriptFile == "-") {
+    text = ReadAll(in);
+  } else if (!given.scriptFile.empty()) {
+    std::ifstream file(given.scriptFile, std::ios::binary);
+    if (file)
+      text = ReadAll(file);
+    else
+      mistake = "the script " + given.scriptFile + " can't be read";
+  } else if (!sample.empty()) {
+    std::string line;
+    if (ReadSampleOptions(SampleFolder(sample), line, mistake))
+      text = SessionOf(line, given.milliseconds);
+  } else {
+    mistake =
+        "there is nothing to run; give a sample, --script FILE, or an agent's command line behind "
+        "--";
+  }
+  if (!mistake.empty()) err << "vgldesk run: " << mistake << '\n';
+  return mistake.empty();
 }
 
 }  // namespace
@@ -60,14 +103,16 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   app.require_subcommand(1);
   CLI::App* run = app.add_subcommand("run", "Plays a session and shows what happens.");
   PlayOptions options;
-  std::string scriptFile;
-  std::uint64_t milliseconds = 10000;
+  GivenSession given;
+  run->add_option("sample", options.sample, "play on the machine of this sample")
+      ->type_name("SAMPLE");
   run->add_flag("--log", options.showTrayLog, "switch the tray log on and show its lines");
   run->add_option("--seed", options.seed,
                   "let this seed choose which process goes on at each platform call");
-  run->add_option("--script", scriptFile, "play the session script in FILE (- for standard input)")
+  run->add_option("--script", given.scriptFile,
+                  "play the session script in FILE (- for standard input)")
       ->type_name("FILE");
-  run->add_option("--for", milliseconds, "without a script: virtual time until WM_CLOSE")
+  run->add_option("--for", given.milliseconds, "without a script: virtual time until WM_CLOSE")
       ->check(CLI::Range(std::uint64_t{0}, kMostMilliseconds))
       ->type_name("MS");
   try {
@@ -76,33 +121,13 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   } catch (const CLI::ParseError& mistake) {
     return app.exit(mistake, out, err) == 0 ? 0 : kUsageError;
   }
-  if (scriptFile.empty() && !hasAgent) {
-    err << "vgldesk run: there is nothing to run; give --script FILE, or an agent's command line "
-           "behind --\n";
-    return kUsageError;
-  }
-  if (hasAgent && !scriptFile.empty()) {
-    err << "vgldesk run: a script starts its agents itself; give either --script or a command line "
-           "behind --\n";
-    return kUsageError;
-  }
-
   std::string text;
-  if (hasAgent) {
-    text = SessionOf(AgentCommandLine({separator + 1, words.end()}), milliseconds);
-  } else if (scriptFile == "-") {
-    text = ReadAll(in);
-  } else {
-    std::ifstream file(scriptFile, std::ios::binary);
-    if (!file) {
-      err << "vgldesk run: the script " << scriptFile << " can't be read\n";
-      return kUsageError;
-    }
-    text = ReadAll(file);
-  }
+  if (hasAgent) given.agent = AgentCommandLine({separator + 1, words.end()});
+  if (!ReadSession(given, options.sample, in, text, err)) return kUsageError;
   const Script script = ParseScript(text);
   if (!script.error.empty()) {
-    err << "vgldesk run: " << (scriptFile.empty() ? "" : scriptFile + ": ") << script.error << '\n';
+    err << "vgldesk run: " << (given.scriptFile.empty() ? "" : given.scriptFile + ": ")
+        << script.error << '\n';
     return kUsageError;
   }
   return Play(script, options, out, err);

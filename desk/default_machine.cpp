@@ -4,23 +4,30 @@
 #include "Common/wide_format.h"
 #include "app/tray_app.h"
 #include "desk/script.h"
+#include "platform/sim/registry_library.h"
 
 namespace desk {
 
 using platform::HKEY_CURRENT_USER;
 
-void SetUpDefaultMachine(sim::Machine& machine) {
+void SetUpSuite(sim::Machine& machine) {
   machine.files().WriteFile(kAgentPath, "");
   machine.files().MakeFolder(kLogFolder);
-  machine.spooler().AddDriver({.name = kDriverName});
-  machine.spooler().AddPrinter({.name = kPrinterName, .port = kPortName, .driver = kDriverName});
-  machine.registry().SetString(HKEY_CURRENT_USER, kRecordPath, u"Name", kPrinterName);
-  machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconEnable", 1);
-  machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconSelected", 0);
   for (const NamedNumber& known : KnownMessages())
     machine.desktop().NameMessage(known.number, vgl::TextFromUtf8(known.name));
   for (const NamedNumber& known : KnownTimers())
     machine.desktop().NameTimer(known.number, vgl::TextFromUtf8(known.name));
+}
+
+void SetUpDefaultMachine(sim::Machine& machine) {
+  SetUpSuite(machine);
+  machine.spooler().AddDriver(
+      {.name = kDriverName, .driverPath = std::u16string(kDriverFolder) + u"\\KS7200.DLL"});
+  sim::AddRegistryLibrary(machine, std::u16string(kDriverFolder) + u"\\K_WRDEF1.DLL");
+  machine.spooler().AddPrinter({.name = kPrinterName, .port = kPortName, .driver = kDriverName});
+  machine.registry().SetString(HKEY_CURRENT_USER, kRecordPath, u"Name", kPrinterName);
+  machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconEnable", 1);
+  machine.registry().SetDword(HKEY_CURRENT_USER, kRecordPath, u"TrayIconSelected", 0);
 }
 
 void EnableTrayLog(sim::Machine& machine) {

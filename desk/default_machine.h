@@ -1,5 +1,5 @@
-// The machine that vgldesk and the session tests start from: the suite is installed, with one
-// printer.
+// The machine that vgldesk starts from when no sample is named, and the tests: the suite is
+// installed, with one printer. samples/studio-7200 has the same printer with its driver set.
 #pragma once
 
 #include <string>
@@ -16,11 +16,17 @@ inline constexpr char16_t kPrinterName[] = u"Studio 7200";
 inline constexpr char16_t kDriverName[] = u"KAVRO Studio 7200";
 inline constexpr char16_t kPortName[] = u"USB001";
 inline constexpr char16_t kModelId[] = u"S7200";
+// Where the spooler keeps the files of drivers.
+inline constexpr char16_t kDriverFolder[] = u"C:\\Windows\\system32\\spool\\drivers\\x64\\3";
 // The printer's record, below HKEY_CURRENT_USER.
 inline constexpr char16_t kRecordPath[] =
     u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000000";
 
-// Installs the suite and the printer on a new machine, and teaches the trace the agent's names.
+// Installs the suite on a new machine, without any printer, and teaches the trace the agent's
+// names.
+void SetUpSuite(sim::Machine& machine);
+
+// The suite and the printer, of whose driver set nothing but the registry library is there.
 void SetUpDefaultMachine(sim::Machine& machine);
 
 // Switches the tray log of agents on that start from now on.

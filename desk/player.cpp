@@ -8,6 +8,8 @@
 #include "Common/text_conversion.h"
 #include "app/agent_messages.h"
 #include "desk/default_machine.h"
+#include "desk/map_reader.h"
+#include "desk/sample.h"
 
 namespace desk {
 
@@ -16,9 +18,28 @@ namespace {
 class Player {
  public:
   Player(const PlayOptions& options, std::ostream& out, std::ostream& err)
-      : m_options(options), m_out(out), m_err(err), m_machine(options.seed) {
-    SetUpDefaultMachine(m_machine);
-    if (options.showTrayLog) {
+      : m_options(options), m_out(out), m_err(err), m_machine(options.seed) {}
+
+  int Play(const Script& script) {
+    if (!SetUp(m_options.sample.empty() ? script.sample : m_options.sample)) return kBadSample;
+    for (const Command& command : script.commands)
+      if (!Do(command)) return kSessionFailed;
+    return Finish();
+  }
+
+ private:
+  bool SetUp(const std::string& sample) {
+    std::string error;
+    if (sample.empty()) {
+      SetUpDefaultMachine(m_machine);
+    } else {
+      SetUpSuite(m_machine);
+      if (!LoadSample(m_machine, SampleFolder(sample), error)) {
+        m_err << "vgldesk: " << error << '\n';
+        return false;
+      }
+    }
+    if (m_options.showTrayLog) {
       EnableTrayLog(m_machine);
       m_machine.files().OnAppend(
           [this](std::uint32_t processId, const std::u16string& path, std::string_view bytes) {
@@ -26,15 +47,9 @@ class Player {
           });
     }
     m_machine.Observe([this](const sim::Event& event) { ShowEvent(event); });
+    return true;
   }
 
-  int Play(const Script& script) {
-    for (const Command& command : script.commands)
-      if (!Do(command)) return kSessionFailed;
-    return Finish();
-  }
-
- private:
   // An event is one line, whatever line ends its text has.
   static std::string OnOneLine(const std::string& text) {
     std::string line;
@@ -111,8 +126,30 @@ class Player {
       case Command::Kind::AwaitEnd:
         if (m_machine.RunUntilEnded(AgentOf(command), command.milliseconds)) return true;
         return Fail(command, NameOf(AgentOf(command).id()) + " still runs");
+      case Command::Kind::Map:
+        for (const std::string& line : MapsOf(m_machine)) Line(0, "map| " + line);
+        return true;
     }
     return false;
+  }
+
+  // Of both generations, as another program of the suite sees them.
+  std::vector<std::string> MapsOf(sim::Machine& machine) {
+    const sim::Inside reader(machine, u"C:\\Program Files\\KAVRO\\VGL3\\map_reader.exe");
+    std::vector<std::string> lines;
+    for (const MapForm& form : kMapForms) {
+      const std::vector<std::string> more =
+          ReadMap(form, [this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
+      lines.insert(lines.end(), more.begin(), more.end());
+    }
+    return lines;
+  }
+
+  std::string OwnerOf(platform::HWND handle) {
+    const sim::Window* window = m_machine.desktop().Find(handle);
+    if (window == nullptr) return "dead";
+    const std::string name = NameOf(window->thread->process()->id());
+    return name == "script" ? "other" : name;
   }
 
   bool Post(const Command& command) {

@@ -10,16 +10,20 @@
 namespace desk {
 
 struct PlayOptions {
+  std::string sample;        // a name as of SampleFolder, in place of the one that the script names
   std::uint64_t seed = 0;    // as of sim::Machine
   bool showTrayLog = false;  // switches the tray log on and shows its lines as they are written
 };
 
 // Exit code of a session that couldn't be played to its end.
 inline constexpr int kSessionFailed = 1;
+// Exit code of a session whose sample can't be put on a machine.
+inline constexpr int kBadSample = 2;
 
 // Plays `script` and writes events to `out`, mistakes to `err`; the last line tells what stands in
-// the temp folder then. The exit code of agent 1, or kSessionFailed when an agent didn't end as the
-// script has it, or still ran at the end.
+// the temp folder then. The machine is that of the sample that `options` or the script names, else
+// the default one. The exit code of agent 1; kSessionFailed when an agent didn't end as the script
+// has it, or still ran at the end; kBadSample.
 int Play(const Script& script, const PlayOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace desk

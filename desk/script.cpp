@@ -84,6 +84,10 @@ class Reader {
     if (!(words >> verb) || verb.front() == '#') return;
     m_command = Command{};
     m_command.line = m_line;
+    if (verb == "sample") {
+      ReadSample(words);
+      return;
+    }
     if (verb == "param") {
       ReadParam(words);
     } else if (verb == "start") {
@@ -102,14 +106,28 @@ class Reader {
     } else if (verb == "await-end") {
       m_command.kind = Command::Kind::AwaitEnd;
       if (ReadAgent(words)) ReadMilliseconds(words);
+    } else if (verb == "map") {
+      m_command.kind = Command::Kind::Map;
     } else {
       Fail("there is no command \"" + verb +
-           "\"; the commands are param, start, wait, post, kill and await-end");
+           "\"; the commands are sample, param, start, wait, post, kill, await-end and map");
     }
+    ExpectEnd(words, verb);
+    if (m_script.error.empty()) m_script.commands.push_back(m_command);
+  }
+
+  void ExpectEnd(std::istringstream& words, const std::string& verb) {
     std::string rest;
     if (m_script.error.empty() && words >> rest)
       Fail("\"" + rest + "\" is one word too many for " + verb);
-    if (m_script.error.empty()) m_script.commands.push_back(m_command);
+  }
+
+  void ReadSample(std::istringstream& words) {
+    if (!m_script.sample.empty() || !m_script.commands.empty())
+      return Fail("sample stands in front of all else, and once");
+    if (!(words >> m_script.sample))
+      return Fail("sample needs a name, as in \"sample studio-7200\"");
+    ExpectEnd(words, "sample");
   }
 
   void ReadParam(std::istringstream& words) {

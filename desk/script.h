@@ -2,7 +2,8 @@
 // the simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
 //
 // A script is UTF-8 text of lines; a # at a line's start makes it a comment. The commands are told
-// in docs/sessions.md: param, start, wait, post, kill, await-end.
+// in docs/sessions.md: param, start, wait, post, kill, await-end, map. In front of them the script
+// may name the sample on whose machine it is played.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +17,7 @@ namespace desk {
 inline constexpr std::uint64_t kMostMilliseconds = 0x7FFFFFFF;
 
 struct Command {
-  enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd };
+  enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd, Map };
 
   Kind kind;
   int line = 0;         // of the script, from 1
@@ -30,6 +31,7 @@ struct Command {
 };
 
 struct Script {
+  std::string sample;  // a name as of SampleFolder; empty when none is named
   std::vector<Command> commands;
   std::string error;  // empty, or "line 3: ..." telling the mistake and what would be right
 };

@@ -40,9 +40,18 @@ TEST(Script, ReadsEveryCommand) {
   EXPECT_EQ(script.commands[5].agent, 0);
 }
 
-TEST(Script, TakesLinesOfWindowsEditors) {
-  const Script script = ParseScript("start /R\r\nwait 5\r\n");
+TEST(Script, MayNameItsSampleInFrontOfItsCommands) {
+  const Script script = ParseScript("# a comment\n\nsample studio-7200\nstart\n");
   ASSERT_EQ(script.error, "");
+  EXPECT_EQ(script.sample, "studio-7200");
+  EXPECT_EQ(script.commands.size(), 1U);
+  EXPECT_EQ(ParseScript("start\n").sample, "");
+}
+
+TEST(Script, TakesLinesOfWindowsEditors) {
+  const Script script = ParseScript("sample s\r\nstart /R\r\nwait 5\r\n");
+  ASSERT_EQ(script.error, "");
+  EXPECT_EQ(script.sample, "s");
   EXPECT_EQ(script.commands[0].text, "/R");
   EXPECT_EQ(script.commands[1].milliseconds, 5U);
 }
@@ -59,8 +68,12 @@ TEST(Script, NamesTheMistakeAndWhatWouldBeRight) {
     const char* error;
   } cases[] = {
       {"begin\n",
-       "line 1: there is no command \"begin\"; the commands are param, start, wait, post, kill and "
-       "await-end"},
+       "line 1: there is no command \"begin\"; the commands are sample, param, start, wait, post, "
+       "kill, await-end and map"},
+      {"sample\n", "line 1: sample needs a name, as in \"sample studio-7200\""},
+      {"sample a b\n", "line 1: \"b\" is one word too many for sample"},
+      {"sample a\nsample b\n", "line 2: sample stands in front of all else, and once"},
+      {"start\nsample a\n", "line 2: sample stands in front of all else, and once"},
       {"\npost WM_CLOSE\n", "line 2: no agent has been started; put a start line in front"},
       {"start\npost @2 WM_CLOSE\n", "line 2: \"@2\" is no agent; they are @1 to @1"},
       {"start\npost @x WM_CLOSE\n", "line 2: \"@x\" is no agent; they are @1 to @1"},
@@ -70,6 +83,7 @@ TEST(Script, NamesTheMistakeAndWhatWouldBeRight) {
       {"start\npost 65536\n",
        "line 2: \"65536\" is no message; use a name as WM_CLOSE or a number"},
       {"start\npost WM_TIMER soon\n", "line 2: \"soon\" is neither a number nor the name of one"},
+      {"map V5\n", "line 1: \"V5\" is one word too many for map"},
       {"wait\n", "line 1: \"\" is no number of milliseconds, as in \"wait 3000\""},
       {"wait -5\n", "line 1: \"-5\" is no number of milliseconds, as in \"wait 3000\""},
       {"wait 2147483648\n",

@@ -32,7 +32,9 @@ bool Holds(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-constexpr char kStart[] = "start /P \"a\" /D \"d\" /O \"o\" /M \"m\"\n";
+// Two agents that know nothing of each other, each known by its port.
+constexpr char kStart[] = "start /D \"KAVRO Studio 7200\" /O \"a\" /M \"m\"\n";
+constexpr char kStartOther[] = "start /D \"KAVRO Studio 7200\" /O \"b\" /M \"m\"\n";
 
 TEST(Vgldesk, PlaysTheMainSessionToItsEnd) {
   const Outcome outcome = RunWords({"run", "--log", "--script", "desk/sessions/main.session"});
@@ -53,16 +55,16 @@ TEST(Vgldesk, KeepsTheParameterFileOfTheMachinesRunKey) {
 
 TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTenSeconds) {
   const Outcome outcome =
-      RunWords({"run", "--", "/P", "Studio 7200", "/D", "d", "/O", "USB001", "/M", "S7200"});
+      RunWords({"run", "--", "/P", "Studio 7200", "/D", "KAVRO Studio 7200", "/M", "S7200"});
   EXPECT_EQ(outcome.code, 0);
   EXPECT_TRUE(Holds(outcome.out,
                     "started: C:\\Program Files\\KAVRO\\VGL3\\K_QD21TR.EXE /P \"Studio "
-                    "7200\" /D \"d\" /O \"USB001\" /M \"S7200\"\n"));
+                    "7200\" /D \"KAVRO Studio 7200\" /M \"S7200\"\n"));
   EXPECT_TRUE(Holds(outcome.out, "10.000  script    posts WM_CLOSE to agent 1\n"));
 }
 
 TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTheTimeThatIsNamed) {
-  const Outcome outcome = RunWords({"run", "--for", "2500", "--", "/O", "o", "/M", "m"});
+  const Outcome outcome = RunWords({"run", "--for", "2500", "--", "/P", "Studio 7200", "/M", "m"});
   EXPECT_EQ(outcome.code, 0);
   EXPECT_TRUE(Holds(outcome.out, "2.500  script    posts WM_CLOSE to agent 1\n"));
 }
@@ -86,14 +88,14 @@ TEST(Vgldesk, ShowsTheTrayLogOnlyWhenAsked) {
 }
 
 TEST(Vgldesk, GivesTheExitCodeOfTheFirstAgent) {
-  const std::string script = std::string(kStart) + kStart +
+  const std::string script = std::string(kStart) + kStartOther +
                              "wait 2000\npost @1 18 7\nawait-end @1 10\n"
                              "post @2 18 9\nawait-end @2 10\n";
   EXPECT_EQ(RunScript(script).code, 7);
 }
 
 TEST(Vgldesk, TheSameSeedPrintsTheSameLines) {
-  const std::string script = std::string(kStart) + kStart + "wait 5000\nkill @1\nkill @2\n";
+  const std::string script = std::string(kStart) + kStartOther + "wait 5000\nkill @1\nkill @2\n";
   EXPECT_EQ(RunScript(script, {"--seed", "5"}).out, RunScript(script, {"--seed", "5"}).out);
 }
 
@@ -122,7 +124,11 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
   } cases[] = {
       {{}, "vgldesk: \"\" is no command; the command is run"},
       {{"walk"}, "vgldesk: \"walk\" is no command; the command is run"},
-      {{"run"}, "give --script FILE, or an agent's command line behind --"},
+      {{"run"}, "give a sample, --script FILE, or an agent's command line behind --"},
+      {{"run", "no-such"}, "vgldesk run: samples/no-such/options: can't be read"},
+      {{"run", "no-such", "--", "/R"}, "vgldesk: there is no sample samples/no-such"},
+      {{"run", "./no-such", "--", "/R"}, "vgldesk: there is no sample ./no-such"},
+      {{"run", "studio-7200", "sketch-1100"}, "sketch-1100"},
       {{"run", "--seed", "many", "--", "/R"}, "--seed"},
       {{"run", "--loud", "--", "/R"}, "--loud"},
       {{"run", "--for", "2147483648", "--", "/R"}, "--for"},
@@ -144,10 +150,36 @@ TEST(Vgldesk, MistakesOfTheScriptAreNamedAndGiveTwo) {
             "vgldesk run: -: line 2: \"soon\" is no number of milliseconds, as in \"wait 3000\"\n");
 }
 
+TEST(Vgldesk, ASampleAloneRunsTheAgentOfItsPrinter) {
+  const Outcome outcome = RunWords({"run", "atelier-4400", "--for", "2500"});
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_TRUE(Holds(outcome.out, "/P \"Atelier 4400\" /D \"KAVRO Atelier 4400\""));
+  EXPECT_TRUE(Holds(outcome.out, "2.500  script    posts WM_CLOSE to agent 1\n"));
+}
+
+TEST(Vgldesk, AFolderWithASlashIsASample) {
+  EXPECT_EQ(RunWords({"run", "samples/atelier-4400"}).out, RunWords({"run", "atelier-4400"}).out);
+}
+
+TEST(Vgldesk, AScriptIsPlayedOnTheSampleThatItNames) {
+  const std::string start = "start /P \"Atelier 4400\" /D \"KAVRO Atelier 4400\" /M \"A4400\"\n";
+  const std::string library =
+      "loaded library C:\\Windows\\system32\\spool\\drivers\\x64\\3\\K_WRDEF1.DLL\n";
+  EXPECT_TRUE(Holds(RunScript("sample atelier-4400\n" + start + "kill\n").out, library));
+  EXPECT_FALSE(Holds(RunScript("sample studio-7200\n" + start + "kill\n").out, library));
+}
+
+TEST(Vgldesk, TheSampleOfTheCommandLineStandsInForTheScripts) {
+  const std::string script =
+      "sample no-such\nstart /P \"Sketch 1100\" /D \"KAVRO Sketch 1100\" /M \"K1100\"\nkill\n";
+  EXPECT_TRUE(Holds(RunScript(script, {"sketch-1100"}).out, "K_WRDEF1.DLL"));
+  EXPECT_EQ(RunScript(script).err, "vgldesk: there is no sample samples/no-such\n");
+}
+
 TEST(Vgldesk, HelpTellsTheOptionsAndGivesZero) {
   const Outcome outcome = RunWords({"run", "--help"});
   EXPECT_EQ(outcome.code, 0);
-  for (const char* option : {"--log", "--seed", "--script", "--for"})
+  for (const char* option : {"SAMPLE", "--log", "--seed", "--script", "--for"})
     EXPECT_TRUE(Holds(outcome.out, option)) << option;
 }
 

@@ -126,8 +126,29 @@ class Driver {
                                 static_cast<DWORD>(command.milliseconds)) == WAIT_OBJECT_0)
           return true;
         return Fail(command, "the agent still runs");
+      case desk::Command::Kind::Map:
+        return ShowMaps(command);
     }
     return false;
+  }
+
+  // By a program of its own, which is told the agents' processes.
+  bool ShowMaps(const desk::Command& command) {
+    std::wstring line = L"map_reader.exe";
+    for (const PROCESS_INFORMATION& agent : m_agents)
+      line += L" " + std::to_wstring(agent.dwProcessId);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION reader = {};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                        &reader))
+      return Fail(command, "the map can't be read, error " + std::to_string(GetLastError()));
+    WaitForSingleObject(reader.hProcess, INFINITE);
+    DWORD code = 1;
+    GetExitCodeProcess(reader.hProcess, &code);
+    CloseHandle(reader.hThread);
+    CloseHandle(reader.hProcess);
+    return code == 0 || Fail(command, "the reader of the map ended with " + std::to_string(code));
   }
 
   bool Start(const desk::Command& command) {

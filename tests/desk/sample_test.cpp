@@ -1,0 +1,293 @@
+// Putting samples on a simulated machine: good ones, and ones with a mistake.
+#include "desk/sample.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "desk/sample_spooler.h"
+#include "platform/owned.h"
+
+namespace desk {
+namespace {
+
+using namespace platform;
+using std::string_literals::operator""s;
+namespace fs = std::filesystem;
+
+// A sample with nothing in it, in a folder of this host that goes with the test.
+class SampleTest : public testing::Test {
+ protected:
+  const fs::path folder =
+      fs::temp_directory_path() / ("kavro_sample_test_" + std::to_string(getpid()));
+  sim::Machine machine;
+  std::string error;
+
+  SampleTest() {
+    fs::remove_all(folder);
+    fs::create_directories(folder / "files");
+    Write("libraries", "");
+    Write("machine.reg", "REGEDIT4\n");
+    Write("options", "/M \"m\"\n");
+  }
+  ~SampleTest() override { fs::remove_all(folder); }
+
+  void Write(const fs::path& name, const std::string& bytes) {
+    fs::create_directories((folder / name).parent_path());
+    std::ofstream(folder / name, std::ios::binary) << bytes;
+  }
+  bool Load() { return LoadSample(machine, folder, error); }
+  // What is wrong with the sample, behind the name of its folder.
+  std::string Mistake() {
+    EXPECT_FALSE(Load());
+    const std::string beginning = folder.string() + "/";
+    EXPECT_TRUE(error.starts_with(beginning)) << error;
+    return error.substr(std::min(error.size(), beginning.size()));
+  }
+};
+
+constexpr char kPrint[] = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Print";
+
+std::string Printer(const std::string& name, const std::string& values) {
+  return "[" + std::string(kPrint) + "\\Printers\\" + name + "]\n\"Name\"=\"" + name + "\"\n" +
+         values;
+}
+constexpr char kPrinterValues[] =
+    "\"Port\"=\"LPT1:\"\n\"Printer Driver\"=\"D\"\n\"Datatype\"=\"RAW\"\n";
+
+TEST_F(SampleTest, FilesStandOnDriveCWithTheirBytes) {
+  Write("files/ProgramData/A b/x.ini", "[A]\r\n\0\xFF"s);
+  fs::create_directories(folder / "files/Empty/Folder");
+  ASSERT_TRUE(Load()) << error;
+  EXPECT_EQ(machine.files().ReadFile(u"C:\\ProgramData\\A b\\x.ini"), "[A]\r\n\0\xFF"s);
+  EXPECT_TRUE(machine.files().IsFolder(u"C:\\Empty\\Folder"));
+}
+
+TEST_F(SampleTest, LibrariesStandUnderTheirPathsByTheirKinds) {
+  Write("libraries", "# comment\n\nregistry-library Drv\\A b.DLL\r\nstand-in Drv\\X.EXE\n");
+  ASSERT_TRUE(Load()) << error;
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\A b.DLL").Find(4), nullptr);
+  EXPECT_EQ(machine.files().ReadFile(u"C:\\Drv\\X.EXE"), "");
+}
+
+TEST_F(SampleTest, TheRegistryIsWhatTheExportTells) {
+  Write("machine.reg", "REGEDIT4\n[HKEY_CURRENT_USER\\A]\n\"N\"=dword:5\n");
+  ASSERT_TRUE(Load()) << error;
+  EXPECT_EQ(machine.registry().Dword(HKEY_CURRENT_USER, u"A", u"N"), 5U);
+}
+
+TEST_F(SampleTest, DriversComeFromTheSpoolersRecords) {
+  const std::string drivers = std::string(kPrint) + "\\Environments\\Windows x64\\Drivers";
+  Write("machine.reg",
+        "REGEDIT4\n"
+        "[" +
+            drivers +
+            "\\Version-3\\D]\n"
+            "\"Driver\"=\"D.DLL\"\n\"Data File\"=\"D.VIF\"\n\"Help File\"=\"C:\\\\H\\\\D.HLP\"\n"
+            "[" +
+            drivers +
+            "\\Version-4\\E]\n"
+            "\"Driver\"=dword:1\n"
+            "[" +
+            std::string(kPrint) +
+            "\\Environments\\Windows ARM64\\Drivers\\Version-3\\F]\n"
+            "\"Driver\"=\"F.DLL\"\n");
+  ASSERT_TRUE(Load()) << error;
+  const sim::PrinterDriver* driver = machine.spooler().FindDriver(u"D");
+  ASSERT_NE(driver, nullptr);
+  EXPECT_EQ(driver->version, 3U);
+  EXPECT_EQ(driver->driverPath, u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\D.DLL");
+  EXPECT_EQ(driver->dataFile, u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\D.VIF");
+  EXPECT_EQ(driver->helpFile, u"C:\\H\\D.HLP");
+  EXPECT_EQ(driver->configFile, std::nullopt);
+  driver = machine.spooler().FindDriver(u"E");
+  ASSERT_NE(driver, nullptr);
+  EXPECT_EQ(driver->version, 4U);
+  EXPECT_EQ(driver->driverPath, std::nullopt);
+  EXPECT_EQ(machine.spooler().FindDriver(u"F"), nullptr);
+  machine.spooler().environment = u"Windows ARM64";
+  ASSERT_NE(machine.spooler().FindDriver(u"F"), nullptr);
+  EXPECT_EQ(machine.spooler().FindDriver(u"F")->driverPath,
+            u"C:\\Windows\\system32\\spool\\drivers\\arm64\\3\\F.DLL");
+}
+
+TEST_F(SampleTest, PrintersAndTheirDataComeFromTheSpoolersRecords) {
+  Write("machine.reg", "REGEDIT4\n" + Printer("P q", kPrinterValues) +
+                           "\"Attributes\"=dword:00000040\n\"Print Processor\"=\"WinPrint\"\n"
+                           "[" +
+                           std::string(kPrint) +
+                           "\\Printers\\P q\\PrinterDriverData]\n\"N\"=hex:01,02\n"
+                           "[" +
+                           std::string(kPrint) + "\\Printers\\P q\\Other\\Deep]\n\"M\"=dword:7\n" +
+                           Printer("Bare", kPrinterValues));
+  ASSERT_TRUE(Load()) << error;
+  ASSERT_TRUE(machine.spooler().HasPrinter(u"P q"));
+  const sim::Printer& printer = machine.spooler().At(u"P q");
+  EXPECT_EQ(printer.name, u"P q");
+  EXPECT_EQ(printer.port, u"LPT1:");
+  EXPECT_EQ(printer.driver, u"D");
+  EXPECT_EQ(printer.attributes, 0x40U);
+  EXPECT_EQ(printer.printProcessor, u"WinPrint");
+  EXPECT_EQ(machine.spooler().At(u"Bare").printProcessor, std::nullopt);
+
+  const sim::Inside inside(machine);
+  HPRINTER handle{};
+  ASSERT_TRUE(Os().spooler.OpenPrinterW(u"P q", &handle, nullptr));
+  char bytes[8] = {};
+  std::uint32_t needed = 0;
+  EXPECT_EQ(Os().spooler.GetPrinterDataW(handle, u"N", nullptr, bytes, 8, &needed), 0);
+  EXPECT_EQ(std::string(bytes, needed), "\1\2");
+  EXPECT_EQ(
+      Os().spooler.GetPrinterDataExW(handle, u"Other\\Deep", u"M", nullptr, bytes, 8, &needed), 0);
+  EXPECT_EQ(std::string(bytes, needed), "\7\0\0\0"s);
+  EXPECT_TRUE(Os().spooler.ClosePrinter(handle));
+}
+
+TEST_F(SampleTest, AFolderThatIsntThereIsAMistake) {
+  fs::remove_all(folder);
+  EXPECT_FALSE(Load());
+  EXPECT_EQ(error, "there is no sample " + folder.string());
+}
+
+TEST_F(SampleTest, EachOfItsPartsHasToBeThere) {
+  for (const char* part : {"files", "libraries", "machine.reg"}) {
+    SCOPED_TRACE(part);
+    const fs::path aside = folder.string() + ".aside";
+    fs::rename(folder / part, aside);
+    EXPECT_TRUE(Mistake().starts_with(part + ": "s)) << error;
+    fs::rename(aside, folder / part);
+  }
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(error, "");
+}
+
+TEST_F(SampleTest, AFolderInPlaceOfAFileIsAMistake) {
+  fs::remove(folder / "machine.reg");
+  fs::create_directory(folder / "machine.reg");
+  EXPECT_EQ(Mistake(), "machine.reg: can't be read");
+}
+
+TEST_F(SampleTest, AFileThatIsThereTwiceIsAMistake) {
+  Write("files/A/x.ini", "1");
+  Write("files/a/X.INI", "2");
+  const std::string mistake = Mistake();
+  EXPECT_TRUE(mistake == "files/a/X.INI: is on the machine already" ||
+              mistake == "files/A/x.ini: is on the machine already")
+      << mistake;
+}
+
+TEST_F(SampleTest, MistakesInLibrariesAreNamedWithTheirLine) {
+  Write("files/Drv/A.DLL", "");
+  const struct {
+    std::string text;
+    std::string mistake;
+  } cases[] = {
+      {"stand-in B\nregistrylibrary A.DLL\n",
+       "libraries: line 2: there is no kind \"registrylibrary\"; the kinds are registry-library "
+       "and stand-in"},
+      {"registry-library\n",
+       "libraries: line 1: \"\" is no path on drive C, as in "
+       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
+      {"stand-in C:\\A.DLL\n",
+       "libraries: line 1: \"C:\\A.DLL\" is no path on drive C, as in "
+       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
+      {"stand-in \\A.DLL\n",
+       "libraries: line 1: \"\\A.DLL\" is no path on drive C, as in "
+       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
+      {"stand-in A/B.DLL\n",
+       "libraries: line 1: \"A/B.DLL\" is no path on drive C, as in "
+       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
+      {"registry-library Drv\\a.dll\n", "libraries: line 1: Drv\\a.dll is on the machine already"},
+      {"# once\nstand-in T\nregistry-library t\n",
+       "libraries: line 3: t is on the machine already"},
+  };
+  for (const auto& [text, mistake] : cases) {
+    Write("libraries", text);
+    sim::Machine fresh;
+    EXPECT_FALSE(LoadSample(fresh, folder, error));
+    EXPECT_EQ(error, folder.string() + "/" + mistake);
+  }
+}
+
+TEST_F(SampleTest, MistakesInTheRegistryAreNamedWithTheirLine) {
+  Write("machine.reg", "REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"N\"=dword:x\n");
+  EXPECT_EQ(Mistake(), "machine.reg: line 4: behind dword: stand one to eight hexadecimal digits");
+}
+
+TEST_F(SampleTest, RecordsThatNoSpoolerCouldOpenAreMistakes) {
+  const struct {
+    std::string text;
+    std::string mistake;
+  } cases[] = {
+      {Printer("P", "\"Printer Driver\"=\"D\"\n\"Datatype\"=\"RAW\"\n"),
+       "\\Printers\\P has no text \"Port\""},
+      {Printer("P", "\"Port\"=dword:1\n\"Printer Driver\"=\"D\"\n\"Datatype\"=\"RAW\"\n"),
+       "\\Printers\\P has no text \"Port\""},
+      {Printer("P", "\"Port\"=\"LPT1:\"\n\"Printer Driver\"=\"D\"\n"),
+       "\\Printers\\P has no text \"Datatype\""},
+      {Printer("P", std::string(kPrinterValues) + "\"Name\"=\"Q\"\n"),
+       "\\Printers\\P is of another name"},
+      {"[" + std::string(kPrint) + "\\Environments\\Windows z80]\n",
+       "\\Environments\\Windows z80 is of no known environment"},
+      {"[" + std::string(kPrint) + "\\Environments\\Windows x64\\Drivers\\Version-x]\n",
+       "\\Environments\\Windows x64\\Drivers\\Version-x is no version of drivers, as in Version-3"},
+      {"[" + std::string(kPrint) + "\\Environments\\Windows x64\\Drivers\\Version-]\n",
+       "\\Environments\\Windows x64\\Drivers\\Version- is no version of drivers, as in Version-3"},
+      {"[" + std::string(kPrint) + "\\Environments\\Windows x64\\Drivers\\Sample]\n",
+       "\\Environments\\Windows x64\\Drivers\\Sample is no version of drivers, as in Version-3"},
+  };
+  for (const auto& [text, mistake] : cases) {
+    Write("machine.reg", "REGEDIT4\n" + text);
+    sim::Machine fresh;
+    EXPECT_FALSE(LoadSample(fresh, folder, error));
+    EXPECT_EQ(error,
+              folder.string() +
+                  "/machine.reg: the record HKLM\\System\\CurrentControlSet\\Control\\Print" +
+                  mistake);
+  }
+}
+
+TEST_F(SampleTest, APrinterThatIsThereAlreadyIsAMistake) {
+  machine.spooler().AddPrinter({.name = u"p"});
+  Write("machine.reg", "REGEDIT4\n" + Printer("P", kPrinterValues));
+  EXPECT_TRUE(Mistake().ends_with("\\Printers\\P is of a printer that is there already")) << error;
+}
+
+TEST_F(SampleTest, TheOptionsAreOneLine) {
+  const struct {
+    std::string text;
+    bool good;
+    std::string options;
+  } cases[] = {
+      {"/P \"\xD7\xA4\" /M \"m\"\n", true, "/P \"\xD7\xA4\" /M \"m\""},
+      {"/M \"m\"\r\n\r\n", true, "/M \"m\""},
+      {"/M \"m\"", true, "/M \"m\""},
+      {"", false, ""},
+      {"\n/M \"m\"\n", false, ""},
+      {"/P \"p\"\n/M \"m\"\n", false, ""},
+  };
+  for (const auto& [text, good, options] : cases) {
+    SCOPED_TRACE(text);
+    Write("options", text);
+    std::string read = "before";
+    EXPECT_EQ(ReadSampleOptions(folder, read, error), good);
+    if (good)
+      EXPECT_EQ(read, options);
+    else
+      EXPECT_EQ(error, (folder / "options").string() + ": has to be one line, the agent's options");
+  }
+  fs::remove(folder / "options");
+  std::string read;
+  EXPECT_FALSE(ReadSampleOptions(folder, read, error));
+  EXPECT_EQ(error, (folder / "options").string() + ": can't be read");
+}
+
+TEST(SampleNames, StandForFoldersBelowSamplesUnlessTheyHaveASlash) {
+  EXPECT_EQ(SampleFolder("studio-7200"), fs::path("samples/studio-7200"));
+  EXPECT_EQ(SampleFolder("./mine"), fs::path("./mine"));
+  EXPECT_EQ(SampleFolder("/sets/mine"), fs::path("/sets/mine"));
+}
+
+}  // namespace
+}  // namespace desk
