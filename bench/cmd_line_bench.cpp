@@ -3,22 +3,15 @@
 // Below it, for comparison, the passes that define the grammar, one for each option.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <string>
 
 #include "app/cmd_line_info.h"
 #include "app/option_walker.h"
+#include "bench/ratio.h"
 #include "tests/app/naive_option_reader.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double Nanoseconds(Clock::duration time) {
-  return std::chrono::duration<double, std::nano>(time).count();
-}
 
 // A text as the suite writes them, one option a line. Driver, port and model are among the options,
 // so that nothing is looked up and the reading alone is measured.
@@ -49,43 +42,13 @@ std::size_t BarePass(const std::u16string& text) {
   return slashes;
 }
 
-// Reads the text some times; the time of one reading. The text is hidden from the compiler before
-// each reading, and the result is asked for, so that none can be left out or done once for all.
-template <class Read>
-double TimeOf(Read& read, std::u16string& text, int readings) {
-  const Clock::time_point start = Clock::now();
-  for (int i = 0; i < readings; ++i) {
-    benchmark::DoNotOptimize(text.data());
-    benchmark::ClobberMemory();
-    benchmark::DoNotOptimize(read(text));
-  }
-  return Nanoseconds(Clock::now() - start) / readings;
-}
-
-// The reading's time in bare passes. Both are measured in turns, and the best of each counts, so
-// that what else the machine does hits both or neither.
-template <class Read>
-double Ratio(Read& read, std::u16string& text) {
-  auto bare = BarePass;
-  double best = 1e18;
-  double bestBare = 1e18;
-  for (int turn = 0; turn < 30; ++turn) {
-    best = std::min(best, TimeOf(read, text, 20));
-    bestBare = std::min(bestBare, TimeOf(bare, text, 200));
-  }
-  return best / bestBare;
-}
-
 // Measures `read(text)` for the text of the benchmark's size.
 template <class Read>
 void Measure(benchmark::State& state, Read read) {
   std::u16string text = OptionText(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(text.data());
-    benchmark::ClobberMemory();
-    benchmark::DoNotOptimize(read(text));
-  }
-  state.counters["ratio"] = Ratio(read, text);
+  benchmark::DoNotOptimize(text.data());
+  bench::Measure(
+      state, [&] { return read(text); }, [&] { return BarePass(text); });
 }
 
 void BarePassOverText(benchmark::State& state) { Measure(state, BarePass); }

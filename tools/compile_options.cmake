@@ -21,9 +21,13 @@ if(KAVRO_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
   target_compile_options(kavro_options INTERFACE ${sanitizers} -fno-omit-frame-pointer
     # The checks that the sanitizers add confuse this warning; the other builds have it.
-    -Wno-maybe-uninitialized)
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_compile_definitions(kavro_options INTERFACE _GLIBCXX_ASSERTIONS)
   target_link_options(kavro_options INTERFACE ${sanitizers})
+endif()
+
+if(KAVRO_FUZZ)
+  target_compile_options(kavro_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 if(WIN32)
