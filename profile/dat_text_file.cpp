@@ -49,12 +49,6 @@ char16_t Folded(char16_t character) {
   return isUpper ? static_cast<char16_t>(character - u'A' + u'a') : character;
 }
 
-bool Is(std::string_view bytes, std::u16string_view name) {
-  return std::equal(
-      bytes.begin(), bytes.end(), name.begin(), name.end(),
-      [](char byte, char16_t character) { return Folded(CharacterOf(byte)) == Folded(character); });
-}
-
 // False when the line has no equals sign or nothing on one of its sides: it is no key line.
 template <class View>
 bool Split(View line, View& name, View& value) {
@@ -113,14 +107,26 @@ int CDatTextFile::FindSection(std::u16string_view name) {
   std::string_view line;
   while (NextLine(line)) {
     if (line.size() == name.size() + 2 && line.front() == '[' && line.back() == ']' &&
-        Is(line.substr(1, name.size()), name))
+        IsText(line.substr(1, name.size()), name))
       return 1;
   }
   return 0;
 }
 
 int CDatTextFile::FindKey(std::u16string_view name, std::u16string& value) {
-  value.clear();
+  // A line is split at its first equals sign and both sides are trimmed: no key is of another form.
+  const bool canBeKey = Trim(name) == name && name.find(u'=') == name.npos;
+  std::string_view found;
+  int result = 0;
+  do {
+    result = FindKeyInPlace(name, found);
+  } while (result == 1 && !canBeKey);
+  TakeText(found, value);
+  return result;
+}
+
+int CDatTextFile::FindKeyInPlace(std::u16string_view name, std::string_view& value) {
+  value = {};
   if (name.empty()) return 0;
   std::string_view line;
   while (NextLine(line)) {
@@ -128,13 +134,26 @@ int CDatTextFile::FindKey(std::u16string_view name, std::u16string& value) {
     // at both of its ends, which no header has. So keys behind a later header are found as if they
     // stood in the section that was looked for. This is known and kept.
     if (line.front() == '[' && line.back() == '[') return 0;
-    std::string_view key;
-    std::string_view found;
-    if (!Split(line, key, found) || !Is(key, name)) continue;
-    Append(value, found);
-    return 1;
+    if (!IsText(line.substr(0, name.size()), name)) continue;
+    const std::string_view rest = TrimLeft(line.substr(name.size()));
+    if (!rest.starts_with('=')) continue;
+    value = TrimLeft(rest.substr(1));
+    if (!value.empty()) return 1;
   }
   return 0;
+}
+
+void CDatTextFile::TakeText(std::string_view bytes, std::u16string& text) {
+  text.clear();
+  Append(text, bytes);
+}
+
+bool CDatTextFile::IsText(std::string_view bytes, std::u16string_view text) {
+  return std::equal(bytes.begin(), bytes.end(), text.begin(), text.end(),
+                    [](char byte, char16_t character) {
+                      const char16_t widened = CharacterOf(byte);
+                      return widened == character || Folded(widened) == Folded(character);
+                    });
 }
 
 int CDatTextFile::ReadLine(std::u16string& line) {

@@ -36,6 +36,14 @@ class CDatTextFile {
   // header is not, see the source) and for an empty name.
   int FindKey(std::u16string_view name, std::u16string& value);
 
+  // The same without a copy: the value's bytes, which lie in this object until it is opened anew.
+  // `name` must be one that a key can have: without outer blanks and without an equals sign.
+  int FindKeyInPlace(std::u16string_view name, std::string_view& value);
+  // Such bytes as text, in place of what `text` holds.
+  static void TakeText(std::string_view bytes, std::u16string& text);
+  // Whether such bytes are that text, but for the case of A to Z.
+  static bool IsText(std::string_view bytes, std::u16string_view text);
+
   // The next line that isn't empty without its comment and its outer blanks, without them. 0 at the
   // end of the file.
   int ReadLine(std::u16string& line);

@@ -90,6 +90,21 @@ std::unique_ptr<CRegEnterEntry> EnterEntryOf(std::u16string_view line,
   return entry;
 }
 
+// Whether a line may be for a value of that name; false only where it surely isn't. Most lines of a
+// description are passed over by this, hundreds of times for one menu: where a quote stands
+// anywhere but around the name, the line is left to be read in earnest.
+bool MayBeFor(std::u16string_view valueName, std::string_view line) {
+  if (line.front() == '"' || valueName.find(u'"') != valueName.npos) return true;
+  const std::size_t comma = line.find(',');
+  if (comma == line.npos) return false;
+  std::string_view name = TrimLeft(line.substr(comma + 1));
+  if (!name.starts_with('"')) return false;
+  name.remove_prefix(1);
+  if (name.starts_with('"')) return true;
+  return name.size() > valueName.size() && name[valueName.size()] == '"' &&
+         CDatTextFile::IsText(name.substr(0, valueName.size()), valueName);
+}
+
 // Whether the line would be for a value of that name, if it is accepted.
 bool IsFor(std::u16string_view valueName, std::u16string_view line, std::u16string& room) {
   CFieldWalker fields(line);
@@ -147,10 +162,13 @@ int ParseEntryFor(std::u16string_view tag, std::u16string_view valueName, CDatTe
                   std::u16string_view driverDir, CRegEnterList& list) {
   CRegEnterList::Entries& entries = list.Access();
   if (file.FindSection(kSection) != 1) return 0;
+  std::string_view bytes;
   std::u16string line;
   std::u16string room;
-  while (file.FindKey(u"REGENTER", line) == 1) {
+  while (file.FindKeyInPlace(u"REGENTER", bytes) == 1) {
     const bool isFound = entries.Count() > 0;
+    if (!isFound && !MayBeFor(valueName, bytes)) continue;
+    CDatTextFile::TakeText(bytes, line);
     if (!isFound && !IsFor(valueName, line, room)) continue;
     auto entry = EnterEntryOf(line, driverDir);
     if (entry == nullptr) continue;

@@ -274,6 +274,28 @@ TEST_F(DatKeys, ANameIsNotFoundAsAPartOfAnother) {
   EXPECT_EQ(Values(u"a"), (Texts{u"4"}));
 }
 
+TEST_F(DatKeys, ANameThatNoKeyCanHaveIsLookedForToTheEnd) {
+  for (const char16_t* name : {u"k ", u" k", u"k=", u"="}) {
+    Load("k =1\n k=2\nk==3\n=4\n");
+    EXPECT_EQ(Values(name), Texts{});
+    EXPECT_EQ(Values(u"k"), Texts{});
+  }
+}
+
+TEST_F(DatKeys, AValueInPlaceIsTheFilesBytes) {
+  Load("; no\nk = \x80x ; comment\n");
+  std::string_view bytes;
+  std::u16string value;
+  EXPECT_EQ(file.FindKeyInPlace(u"K", bytes), 1);
+  EXPECT_EQ(bytes, "\x80x");
+  EXPECT_TRUE(CDatTextFile::IsText(bytes, u"\uFF80X"));
+  EXPECT_FALSE(CDatTextFile::IsText(bytes, u"\uFF80XY"));
+  CDatTextFile::TakeText(bytes, value);
+  EXPECT_EQ(value, u"\uFF80x");
+  EXPECT_EQ(file.FindKeyInPlace(u"K", bytes), 0);
+  EXPECT_EQ(bytes, "");
+}
+
 TEST_F(DatKeys, CaseIsThatOfTheEnglishLettersAlone) {
   Load("k=1\n[=2\n{=3\n\xE4=4\n");
   EXPECT_EQ(Values(u"\u212A"), Texts{});  // the Kelvin sign, a k to other comparisons

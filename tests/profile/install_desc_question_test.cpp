@@ -80,7 +80,9 @@ std::string RandomLines(std::mt19937& random) {
         break;
       default:
         lines += "REGENTER=" + tag + ", " +
-                 one({"\"N\"", "\"N\"", "\"n\"", "\"M\"", "\"N\"\"M\"", "N", "\"N"}) + "," +
+                 one({"\"N\"", "\"N\"", "\"n\"", "\"M\"", "\"N\"\"M\"", "N", "\"N", "\"\"N\"\"",
+                      "\"N\"\"", "\t\"N\" ", "\"N\"x", "\"N \""}) +
+                 "," +
                  one({"1", "2", "\"s\"", "\"t\"", "DRIVERDIR", "DRIVERDIR+\"\\d\"", "\"\"", ""}) +
                  one({"", "", ", WINNT", ", WIN9X", ", WIN9X, ALL", ",,WIN9X"});
     }
