@@ -47,6 +47,17 @@ TEST(Vgldesk, PlaysTheMainSessionToItsEnd) {
   EXPECT_TRUE(Holds(outcome.out, "in the temp folder: nothing\n"));
 }
 
+TEST(Vgldesk, ShowsWhoIsInTheInstanceMap) {
+  const Outcome outcome = RunWords({"run", "--script", "desk/sessions/instance_map.session"});
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.code, 1);  // the first agent was ended by force
+  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, agent 1\n"));
+  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, dead\n"));
+  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, agent 5\n"));
+  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 1: Third Studio, agent 7\n"));
+  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 2: LPT2, agent 3\n"));
+}
+
 TEST(Vgldesk, KeepsTheParameterFileOfTheMachinesRunKey) {
   const Outcome outcome = RunWords({"run", "--script", "desk/sessions/kept_file.session"});
   EXPECT_EQ(outcome.code, 0);
