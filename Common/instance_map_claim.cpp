@@ -9,7 +9,7 @@ using namespace platform;
 
 namespace {
 
-// The views' section isn't of use any more.
+// The section goes with the check that failed in it; the caller has no more use for it.
 std::int32_t GiveUp(HANDLE section) {
   Os().objects.CloseHandle(section);
   return kMapFailure;
@@ -83,6 +83,8 @@ std::int32_t ClaimNewSlot(const MapGeneration& map, CMapView& view, HANDLE secti
 
 std::int32_t CheckMapPrinter(const MapGeneration& map, HANDLE section, const char16_t* name,
                              HWND* outWindow) {
+  if (outWindow == nullptr) return kMapFailure;
+  if (name == nullptr) name = u"";
   TrayLogText(u"enter : CheckMapPrinter");
   *outWindow = HWND{};
   CMapView view(map, section);
@@ -109,7 +111,7 @@ HANDLE CreateMap(const MapGeneration& map, const char16_t* sectionName) {
   return section.Release();
 }
 
-std::int32_t CheckPrinter(const char16_t* printer, const char16_t* port, HWND* outWindow,
+std::int32_t ClaimInMapOf(const char16_t* printer, const char16_t* port, HWND* outWindow,
                           HANDLE* outSection) {
   PathText mapName;
   GetMapFileName(printer, &mapName);
@@ -128,7 +130,7 @@ std::int32_t MultiExecuteCheck(const char16_t* printer, const char16_t* port, st
   *outWindow = HWND{};
   *outSection = HANDLE{};
   TrayLogText(u"enter : MultiExecuteCheck");
-  const std::int32_t result = CheckPrinter(printer, port, outWindow, outSection);
+  const std::int32_t result = ClaimInMapOf(printer, port, outWindow, outSection);
   TrayLogText(u"exit  : MultiExecuteCheck");
   return result;
 }

@@ -30,6 +30,7 @@ bool CMapSlot::SetName(std::u16string_view name) {
   return true;
 }
 
+// The other programs read on other processors: a window must not show in front of its slot's name.
 void CMapSlot::SetWindow(std::size_t offset, HWND window) {
   std::atomic_thread_fence(std::memory_order_release);
   Store(offset, window);

@@ -31,7 +31,8 @@ inline constexpr std::size_t kSlotNameChars = 520;
 inline constexpr char16_t kSlotFree = 0x0000;
 inline constexpr char16_t kSlotEnd = 0x00FF;  // the first position behind all used slots
 
-// In kSlotSel3: an agent starts and has no window yet. No window's handle is that.
+// In kSlotSel3: an agent starts and has no window yet. No window's handle is that; a message that
+// is sent there goes to all top-level windows.
 inline constexpr platform::HWND kClaimedByStarting{~std::uint64_t{0}};
 
 struct MapGeneration {
@@ -80,7 +81,7 @@ class CMapSlot {
     std::memset(m_bytes + kSlotSel12, 0, map.windowBytes);
   }
   void ClearReserved() { Store(kSlotReserved, std::uint16_t{0}); }
-  // Others see it behind everything that was stored before.
+  // Behind everything that was stored before.
   void SetWindow(std::size_t offset, platform::HWND window);
 
  private:

@@ -95,8 +95,9 @@ HWND FindWindowOf(const MapGeneration& map, const char16_t* printer, const char1
   return window != HWND{} && Os().windowing.IsWindow(window) ? window : HWND{};
 }
 
-// A claim of a starting agent (all ones) is sent to like any window; the system knows none of that
-// handle.
+// The claim of a starting agent (all ones) is sent to like any window, here as in the suite's other
+// programs. The system takes it for all top-level windows, so that an updater which comes at that
+// moment closes more than it means to; this is known and kept.
 void CloseWindowsOf(const MapGeneration& map, const CMapSlot& slot) {
   const auto close = [&](std::size_t field) {
     const HWND window = slot.Window(field);
@@ -145,6 +146,9 @@ std::int32_t SethWindowSubV5(const char16_t* printer, const char16_t* port, HWND
   return SethWindowSub(kMapV5, printer, port, window, mapName);
 }
 
+// The map is looked up anew. Where the printer can't be opened any more, a V7 section is gone
+// through in V5's steps: its first slot is found all the same, but without its fourth window, and
+// slots behind it keep the name and a window that is dead soon. The next agent takes those over.
 bool ReleaseMapSlot(HANDLE section, const char16_t* printer, const char16_t* port) {
   PathText mapName;
   const MapGeneration* map = MapOf(printer, mapName);

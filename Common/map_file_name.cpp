@@ -1,7 +1,6 @@
 // Which instance map a printer is in.
 #include "Common/instance_map_layout.h"
 #include "Common/printer_lookup.h"
-#include "Common/wide_format.h"
 #include "profile/drv_info_reader.h"
 
 namespace vgl {

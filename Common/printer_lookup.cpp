@@ -1,6 +1,5 @@
 #include "Common/printer_lookup.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <vector>
 

@@ -24,6 +24,7 @@ inline constexpr std::uint32_t REG_SZ = 1;
 inline constexpr std::uint32_t REG_EXPAND_SZ = 2;
 inline constexpr std::uint32_t REG_BINARY = 3;
 inline constexpr std::uint32_t REG_DWORD = 4;
+inline constexpr std::uint32_t REG_DWORD_BIG_ENDIAN = 5;
 inline constexpr std::uint32_t REG_MULTI_SZ = 7;
 
 inline constexpr std::uint32_t REG_CREATED_NEW_KEY = 1;
@@ -63,13 +64,17 @@ class Registry {
   virtual std::int32_t RegDeleteValueW(HKEY key, const char16_t* name) = 0;
 
   // Removes a key without sub-keys, with all its values. 5 when it has sub-keys, 2 when it isn't
-  // there.
+  // there. `subKey` may name several levels, of which the last one goes. Beware: when it is empty,
+  // `parent` itself goes. Null is refused with 87. The rights of `parent` don't matter.
   virtual std::int32_t RegDeleteKeyW(HKEY parent, const char16_t* subKey) = 0;
 
-  // The name of the sub-key at `index`. In: `*chars` is the room with the terminator; out: the
-  // length without it. 259 behind the last, 234 when the room is too small.
+  // The name of the sub-key at `index`, and its class: that of a key which was made through this
+  // interface is empty. In: `*chars` and `*classChars` are the rooms with the terminator; out: the
+  // lengths without it. `keyClass` may be null, and then `classChars` may be, too. 259 behind the
+  // last, 234 when either room is too small.
   virtual std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name,
-                                     std::uint32_t* chars) = 0;
+                                     std::uint32_t* chars, char16_t* keyClass,
+                                     std::uint32_t* classChars) = 0;
 
   // The value at `index`: its name as in RegEnumKeyExW, its type and data as in RegQueryValueExW.
   // `type`, `data` and `bytes` may be null.

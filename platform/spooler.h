@@ -63,50 +63,35 @@ struct PrinterInfo4 {
   std::uint32_t attributes;
 };
 
-struct DriverInfo2 {
+template <class Char>
+struct DriverInfo2Of {
   std::uint32_t version;
-  const char16_t* name;
-  const char16_t* environment;
-  const char16_t* driverPath;
-  const char16_t* dataFile;
-  const char16_t* configFile;
+  const Char* name;
+  const Char* environment;
+  const Char* driverPath;
+  const Char* dataFile;
+  const Char* configFile;
 };
 
-struct DriverInfo3 {
+template <class Char>
+struct DriverInfo3Of {
   std::uint32_t version;
-  const char16_t* name;
-  const char16_t* environment;
-  const char16_t* driverPath;
-  const char16_t* dataFile;
-  const char16_t* configFile;
-  const char16_t* helpFile;
-  const char16_t* dependentFiles;  // each with its terminator, one more at the end; may be null
-  const char16_t* monitorName;
-  const char16_t* defaultDatatype;
+  const Char* name;
+  const Char* environment;
+  const Char* driverPath;
+  const Char* dataFile;
+  const Char* configFile;
+  const Char* helpFile;
+  const Char* dependentFiles;  // each with its terminator, one more at the end; may be null
+  const Char* monitorName;
+  const Char* defaultDatatype;
 };
 
-// The same with texts in the system's code page.
-struct DriverInfo2A {
-  std::uint32_t version;
-  const char* name;
-  const char* environment;
-  const char* driverPath;
-  const char* dataFile;
-  const char* configFile;
-};
-
-struct DriverInfo3A {
-  std::uint32_t version;
-  const char* name;
-  const char* environment;
-  const char* driverPath;
-  const char* dataFile;
-  const char* configFile;
-  const char* helpFile;
-  const char* dependentFiles;  // each with its terminator, one more at the end; may be null
-  const char* monitorName;
-  const char* defaultDatatype;
-};
+using DriverInfo2 = DriverInfo2Of<char16_t>;
+using DriverInfo3 = DriverInfo3Of<char16_t>;
+// With texts in the system's code page.
+using DriverInfo2A = DriverInfo2Of<char>;
+using DriverInfo3A = DriverInfo3Of<char>;
 
 class Spooler {
  public:

@@ -38,6 +38,9 @@ inline constexpr std::uint32_t MB_RTLREADING = 0x00100000;
 inline constexpr std::int32_t IDOK = 1;
 inline constexpr std::int32_t IDCANCEL = 2;
 
+// What SendMessageW takes for every top-level window.
+inline constexpr HWND HWND_BROADCAST{0xFFFF};
+
 // The shortest period of a timer in milliseconds; shorter ones are lengthened to it.
 inline constexpr std::uint32_t USER_TIMER_MINIMUM = 10;
 
@@ -107,7 +110,9 @@ class Windowing {
   virtual bool PostMessageW(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) = 0;
 
   // Has the window's procedure handle a message at once and gives its result; waits for a window of
-  // another thread, without limit. 0 with 1400 when the window is gone.
+  // another thread, without limit. 0 with 1400 when the window is gone. HWND_BROADCAST and a handle
+  // of all ones stand for every top-level window of every process, one after the other; the result
+  // says nothing then.
   virtual LRESULT SendMessageW(HWND window, std::uint32_t message, WPARAM wParam,
                                LPARAM lParam) = 0;
 

@@ -48,6 +48,12 @@ std::vector<Window*> Desktop::WindowsOf(const Process& process) {
   return found;
 }
 
+std::vector<HWND> Desktop::TopLevelWindows() const {
+  std::vector<HWND> handles;
+  for (const auto& [handle, window] : m_windows) handles.push_back(handle);
+  return handles;
+}
+
 const WindowClassRecord* Desktop::ClassOf(const Process& process, std::u16string_view name) const {
   const auto found = m_classes.find({&process, FoldCase(name)});
   return found == m_classes.end() ? nullptr : &found->second;

@@ -76,6 +76,8 @@ class Desktop {
   // Of one process's windows the first of that class.
   Window* FindOf(const Process& process, std::u16string_view className);
   std::vector<Window*> WindowsOf(const Process& process);
+  // Oldest first.
+  std::vector<platform::HWND> TopLevelWindows() const;
   // Null when the process has registered no such class.
   const WindowClassRecord* ClassOf(const Process& process, std::u16string_view name) const;
   // Timers of a window, in the order in which they were set.

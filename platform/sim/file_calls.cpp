@@ -137,7 +137,8 @@ bool FileCalls::ReadFile(HANDLE file, void* data, std::uint32_t bytes, std::uint
   const std::shared_ptr<OpenFile> open = FindOpenFile(call, file);
   if (open == nullptr) return false;
   if (!open->Reads()) return Fail(call, ERROR_ACCESS_DENIED, false);
-  const std::uint32_t count = open->Read(static_cast<char*>(data), bytes);
+  const std::uint32_t count =
+      open->Read(static_cast<char*>(data), std::min(bytes, m_machine.files().mostBytesOfRead()));
   if (read != nullptr) *read = count;
   return true;
 }

@@ -70,7 +70,12 @@ class FileTree {
   // Calls `observer` with what a process wrote, when it closes the file.
   void OnAppend(WriteObserver observer) { m_observer = std::move(observer); }
 
+  // From now on a read gives at most that many bytes, as one from a network may; 0: nothing.
+  void LimitReads(std::uint32_t bytes) { m_mostBytesOfRead = bytes; }
+
   // --- for the simulation ---
+
+  std::uint32_t mostBytesOfRead() const { return m_mostBytesOfRead; }
 
   struct Entry {
     std::u16string path;
@@ -95,6 +100,7 @@ class FileTree {
   void TellWritten(std::uint32_t processId, const std::u16string& path, std::string_view bytes);
 
  private:
+  std::uint32_t m_mostBytesOfRead = UINT32_MAX;
   FileNode& Existing(std::u16string_view path);
   void MakeFoldersOf(const FilePath& path);
   std::u16string PathAsMade(const FilePath& path) const;

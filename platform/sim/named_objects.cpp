@@ -195,6 +195,7 @@ bool KernelObjectCalls::CloseHandle(HANDLE handle) {
   const auto number = static_cast<std::uint64_t>(handle);
   const auto body = call.process().FindHandle<HandleBody>(number);
   if (body == nullptr || !body->IsKernelObject()) {
+    m_machine.Trace(u"closed what is no open handle");
     call.SetLastError(ERROR_INVALID_HANDLE);
     return false;
   }

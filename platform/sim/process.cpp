@@ -33,8 +33,8 @@ std::vector<std::u16string> Process::Ledger() const {
   return held;
 }
 
-void Process::FailNext(std::string_view operation, std::int32_t error) {
-  m_failNext.emplace_back(operation, error);
+void Process::FailNext(std::string_view operation, std::int32_t error, std::uint64_t after) {
+  m_failNext.push_back({std::string(operation), error, after});
 }
 
 std::uint64_t Process::AddHandle(std::shared_ptr<HandleBody> body) {
@@ -46,12 +46,13 @@ std::uint64_t Process::AddHandle(std::shared_ptr<HandleBody> body) {
 
 std::int32_t Process::FaultOf(const char* operation, bool release, std::int32_t usual) {
   const auto named = std::find_if(m_failNext.begin(), m_failNext.end(),
-                                  [&](const auto& entry) { return entry.first == operation; });
-  if (named != m_failNext.end()) {
-    const std::int32_t error = named->second;
+                                  [&](const Fault& fault) { return fault.operation == operation; });
+  if (named != m_failNext.end() && named->after == 0) {
+    const std::int32_t error = named->error;
     m_failNext.erase(named);
     return error;
   }
+  if (named != m_failNext.end()) --named->after;
   if (m_calls != m_failAt || release) return 0;
   m_failedOperation = operation;
   return usual;

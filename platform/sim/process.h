@@ -55,10 +55,14 @@ class Process {
 
   // Lets the `number`th platform call from now on fail, counted from 1, if it is one that can fail.
   // Calls that give something back (closing, releasing) are counted but don't fail by number.
-  void FailCall(std::uint64_t number) { m_failAt = m_calls + number; }
-  // Lets the next call of that operation fail with `error`, also when it gives something back. It
-  // must be one that can fail at all (its contract names a failure).
-  void FailNext(std::string_view operation, std::int32_t error);
+  void FailCall(std::uint64_t number) {
+    m_failAt = m_calls + number;
+    m_failedOperation.clear();
+  }
+  // Lets the next call of that operation fail with `error`, or the one `after` calls later, also
+  // when it gives something back. It must be one that can fail at all (its contract names a
+  // failure).
+  void FailNext(std::string_view operation, std::int32_t error, std::uint64_t after = 0);
   // Ends the process by force at its call of that number from now on: a bound for endless loops,
   // which are to make their calls outside destructors.
   void StopAfterCalls(std::uint64_t number) { m_stopAt = m_calls + number; }
@@ -122,7 +126,12 @@ class Process {
   std::uint64_t m_failAt = 0;
   std::uint64_t m_stopAt = 0;
   std::string m_failedOperation;
-  std::vector<std::pair<std::string, std::int32_t>> m_failNext;
+  struct Fault {
+    std::string operation;
+    std::int32_t error;
+    std::uint64_t after;
+  };
+  std::vector<Fault> m_failNext;
 };
 
 // One platform call of the running simulated thread; every operation of the simulation begins with

@@ -86,6 +86,14 @@ std::int32_t GiveName(const std::u16string& source, char16_t* name, std::uint32_
   return ERROR_SUCCESS;
 }
 
+// No key here has a class.
+std::int32_t GiveClass(char16_t* keyClass, std::uint32_t* chars) {
+  if (chars == nullptr) return keyClass == nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
+  if (keyClass != nullptr) return GiveName(u"", keyClass, chars);
+  *chars = 0;
+  return ERROR_SUCCESS;
+}
+
 std::int32_t GiveValue(const RegistryValue& value, std::uint32_t* type, void* data,
                        std::uint32_t* bytes) {
   if (type != nullptr) *type = value.type;
@@ -191,15 +199,17 @@ std::int32_t RegistryCalls::RegDeleteKeyW(HKEY parent, const char16_t* subKey) {
 }
 
 std::int32_t RegistryCalls::RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name,
-                                          std::uint32_t* chars) {
+                                          std::uint32_t* chars, char16_t* keyClass,
+                                          std::uint32_t* classChars) {
   Call call("RegEnumKeyExW");
   if (const std::int32_t error = call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return error;
   const KeyOrError open = Look(call, key, KEY_ENUMERATE_SUB_KEYS);
   if (open.error != ERROR_SUCCESS) return open.error;
   const auto& subKeys = open.key->subKeys;
   if (index >= subKeys.size()) return ERROR_NO_MORE_ITEMS;
-  return GiveName(std::next(subKeys.begin(), static_cast<std::ptrdiff_t>(index))->second->name,
-                  name, chars);
+  const auto subKey = std::next(subKeys.begin(), static_cast<std::ptrdiff_t>(index));
+  const std::int32_t error = GiveName(subKey->second->name, name, chars);
+  return error != ERROR_SUCCESS ? error : GiveClass(keyClass, classChars);
 }
 
 std::int32_t RegistryCalls::RegEnumValueW(HKEY key, std::uint32_t index, char16_t* name,

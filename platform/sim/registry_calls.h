@@ -22,7 +22,8 @@ class RegistryCalls final : public platform::Registry {
   std::int32_t RegDeleteValueW(platform::HKEY key, const char16_t* name) override;
   std::int32_t RegDeleteKeyW(platform::HKEY parent, const char16_t* subKey) override;
   std::int32_t RegEnumKeyExW(platform::HKEY key, std::uint32_t index, char16_t* name,
-                             std::uint32_t* chars) override;
+                             std::uint32_t* chars, char16_t* keyClass,
+                             std::uint32_t* classChars) override;
   std::int32_t RegEnumValueW(platform::HKEY key, std::uint32_t index, char16_t* name,
                              std::uint32_t* chars, std::uint32_t* type, void* data,
                              std::uint32_t* bytes) override;

@@ -33,53 +33,6 @@ void Tell(std::uint32_t* where, std::uint32_t number) {
   if (where != nullptr) *where = number;
 }
 
-std::int32_t CreateKey(HKEY parent, const char16_t* subKey, std::uint32_t /*reserved*/,
-                       char16_t* /*keyClass*/, std::uint32_t /*options*/, std::uint32_t access,
-                       const void* /*security*/, HKEY* key, std::uint32_t* disposition) {
-  return SystemRegistry().RegCreateKeyExW(parent, subKey, access, key, disposition);
-}
-
-std::int32_t OpenKey(HKEY parent, const char16_t* subKey, std::uint32_t /*options*/,
-                     std::uint32_t access, HKEY* key) {
-  return SystemRegistry().RegOpenKeyExW(parent, subKey, access, key);
-}
-
-std::int32_t DeleteKey(HKEY parent, const char16_t* subKey) {
-  return SystemRegistry().RegDeleteKeyW(parent, subKey);
-}
-
-std::int32_t CloseKey(HKEY key) { return SystemRegistry().RegCloseKey(key); }
-
-std::int32_t EnumKey(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
-                     std::uint32_t* /*reserved*/, char16_t* keyClass, std::uint32_t* classChars,
-                     void* time) {
-  const std::int32_t error = SystemRegistry().RegEnumKeyExW(key, index, name, chars);
-  if (error != ERROR_SUCCESS) return error;
-  TellNoClass(keyClass, classChars);
-  TellNoTime(time);
-  return ERROR_SUCCESS;
-}
-
-std::int32_t QueryValue(HKEY key, const char16_t* name, std::uint32_t* /*reserved*/,
-                        std::uint32_t* type, void* data, std::uint32_t* bytes) {
-  return SystemRegistry().RegQueryValueExW(key, name, type, data, bytes);
-}
-
-std::int32_t DeleteValue(HKEY key, const char16_t* name) {
-  return SystemRegistry().RegDeleteValueW(key, name);
-}
-
-std::int32_t SetValue(HKEY key, const char16_t* name, std::uint32_t /*reserved*/,
-                      std::uint32_t type, const void* data, std::uint32_t bytes) {
-  return SystemRegistry().RegSetValueExW(key, name, type, data, bytes);
-}
-
-std::int32_t EnumValue(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
-                       std::uint32_t* /*reserved*/, std::uint32_t* type, void* data,
-                       std::uint32_t* bytes) {
-  return SystemRegistry().RegEnumValueW(key, index, name, chars, type, data, bytes);
-}
-
 // How many of something there are, and the most that one takes.
 struct Census {
   std::uint32_t count = 0;
@@ -102,6 +55,56 @@ std::int32_t Count(const Next& next, Census& census) {
   }
 }
 
+}  // namespace
+
+namespace registry_exports {
+
+std::int32_t CreateKey(HKEY parent, const char16_t* subKey, std::uint32_t /*reserved*/,
+                       char16_t* /*keyClass*/, std::uint32_t /*options*/, std::uint32_t access,
+                       void* /*security*/, HKEY* key, std::uint32_t* disposition) {
+  return SystemRegistry().RegCreateKeyExW(parent, subKey, access, key, disposition);
+}
+
+std::int32_t OpenKey(HKEY parent, const char16_t* subKey, std::uint32_t /*options*/,
+                     std::uint32_t access, HKEY* key) {
+  return SystemRegistry().RegOpenKeyExW(parent, subKey, access, key);
+}
+
+std::int32_t DeleteKey(HKEY parent, const char16_t* subKey) {
+  return SystemRegistry().RegDeleteKeyW(parent, subKey);
+}
+
+std::int32_t CloseKey(HKEY key) { return SystemRegistry().RegCloseKey(key); }
+
+std::int32_t EnumKey(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
+                     std::uint32_t* /*reserved*/, char16_t* keyClass, std::uint32_t* classChars,
+                     void* time) {
+  const std::int32_t error =
+      SystemRegistry().RegEnumKeyExW(key, index, name, chars, keyClass, classChars);
+  if (error == ERROR_SUCCESS) TellNoTime(time);
+  return error;
+}
+
+std::int32_t QueryValue(HKEY key, const char16_t* name, std::uint32_t* /*reserved*/,
+                        std::uint32_t* type, void* data, std::uint32_t* bytes) {
+  return SystemRegistry().RegQueryValueExW(key, name, type, data, bytes);
+}
+
+std::int32_t DeleteValue(HKEY key, const char16_t* name) {
+  return SystemRegistry().RegDeleteValueW(key, name);
+}
+
+std::int32_t SetValue(HKEY key, const char16_t* name, std::uint32_t /*reserved*/,
+                      std::uint32_t type, const void* data, std::uint32_t bytes) {
+  return SystemRegistry().RegSetValueExW(key, name, type, data, bytes);
+}
+
+std::int32_t EnumValue(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
+                       std::uint32_t* /*reserved*/, std::uint32_t* type, void* data,
+                       std::uint32_t* bytes) {
+  return SystemRegistry().RegEnumValueW(key, index, name, chars, type, data, bytes);
+}
+
 std::int32_t QueryInfo(HKEY key, char16_t* keyClass, std::uint32_t* classChars,
                        std::uint32_t* /*reserved*/, std::uint32_t* subKeys,
                        std::uint32_t* longestSubKey, std::uint32_t* longestClass,
@@ -112,7 +115,7 @@ std::int32_t QueryInfo(HKEY key, char16_t* keyClass, std::uint32_t* classChars,
   Census valueCensus;
   std::int32_t error = Count(
       [&](std::uint32_t index, std::uint32_t* chars, std::uint32_t*) {
-        return SystemRegistry().RegEnumKeyExW(key, index, name.data(), chars);
+        return SystemRegistry().RegEnumKeyExW(key, index, name.data(), chars, nullptr, nullptr);
       },
       keyCensus);
   if (error != ERROR_SUCCESS) return error;
@@ -135,11 +138,12 @@ std::int32_t QueryInfo(HKEY key, char16_t* keyClass, std::uint32_t* classChars,
   return ERROR_SUCCESS;
 }
 
-std::int32_t Unknown(std::uint32_t /*number*/) { return 0; }
+std::int32_t Unknown(std::int32_t /*number*/) { return 0; }
 
-}  // namespace
+}  // namespace registry_exports
 
 Library& AddRegistryLibrary(Machine& machine, std::u16string_view path) {
+  using namespace registry_exports;
   Library& library = machine.libraries().Add(path);
   library.Export<&CreateKey>(2, nullptr);
   library.Export<&OpenKey>(4, nullptr);

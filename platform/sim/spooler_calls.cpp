@@ -207,6 +207,7 @@ bool SpoolerCalls::OpenPrinterW(const char16_t* name, HPRINTER* handle,
   std::shared_ptr<SpooledPrinter> printer = m_machine.spooler().FindPrinter(View(name));
   if (printer == nullptr) return Fail(call, ERROR_INVALID_PRINTER_NAME);
   const std::uint32_t access = defaults == nullptr ? 0 : defaults->desiredAccess;
+  m_machine.spooler().lastDesiredAccess = access;
   if (printer->deniesAdministering && (access & PRINTER_ACCESS_ADMINISTER) != 0) {
     return Fail(call, ERROR_ACCESS_DENIED);
   }

@@ -53,6 +53,8 @@ class SpoolerState {
  public:
   // The machine's own environment; drivers of others are not told.
   std::u16string environment = u"Windows x64";
+  // What the last opening asked for; 0 without a record of defaults.
+  std::uint32_t lastDesiredAccess = 0;
 
   // In place of the one of that name and environment, if there is one.
   void AddDriver(PrinterDriver driver);

@@ -12,6 +12,8 @@ using namespace platform;
 namespace {
 
 constexpr char16_t kBoxClass[] = u"#32770";
+// The handle that some calls take for "in front of all"; sending takes it for HWND_BROADCAST.
+constexpr HWND kAllOnes{~std::uint64_t{0}};
 
 std::u16string NameOf(HWND window) { return Hex(static_cast<std::uint64_t>(window), 8); }
 
@@ -210,21 +212,32 @@ LRESULT WindowingCalls::SendMessageW(HWND handle, std::uint32_t message, WPARAM 
                                      LPARAM lParam) {
   Call call("SendMessageW");
   if (call.Failure(ERROR_ACCESS_DENIED)) return 0;
-  const Window* window = desktop().Find(handle);
-  if (window == nullptr) {
+  Message sending{handle, message, wParam, lParam};
+  if (handle == HWND_BROADCAST || handle == kAllOnes) {
+    for (const HWND window : desktop().TopLevelWindows()) {
+      sending.window = window;
+      if (desktop().Find(window) != nullptr) SendTo(call.thread(), sending);
+    }
+    return 1;
+  }
+  if (desktop().Find(handle) == nullptr) {
     call.SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return 0;
   }
-  const Message sending{handle, message, wParam, lParam};
-  if (window->thread == &call.thread()) return CallProcedure(sending);
+  return SendTo(call.thread(), sending);
+}
 
+// Waits for the window's thread, and handles what is sent to the sender meanwhile.
+LRESULT WindowingCalls::SendTo(Thread& sender, const Message& message) {
+  const Window& window = *desktop().Find(message.window);
+  if (window.thread == &sender) return CallProcedure(message);
   auto sent = std::make_shared<SentMessage>();
-  sent->message = sending;
-  sent->sender = &call.thread();
-  desktop().QueueOf(*window->thread).sent.push_back(sent);
-  m_machine.scheduler().Wake(*window->thread);
+  sent->message = message;
+  sent->sender = &sender;
+  desktop().QueueOf(*window.thread).sent.push_back(sent);
+  m_machine.scheduler().Wake(*window.thread);
   while (!sent->answered) {
-    HandleSent(call.thread());
+    HandleSent(sender);
     if (!sent->answered) m_machine.scheduler().Block(kNever);
   }
   return sent->result;

@@ -50,6 +50,7 @@ class WindowingCalls final : public platform::Windowing {
   void TearDown(Window& window);
   platform::LRESULT CallProcedure(const platform::Message& message);
   void HandleSent(Thread& thread);
+  platform::LRESULT SendTo(Thread& sender, const platform::Message& message);
   bool TakeMessage(Thread& thread, platform::Message* message);
   bool TakeDueTimer(MessageQueue& queue, platform::Message* message);
   // The thread's next message, WM_QUIT included; nothing once `interrupted` holds.

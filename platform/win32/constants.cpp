@@ -24,7 +24,8 @@
   /* registry.h */                                                                                 \
   USE(KEY_QUERY_VALUE) USE(KEY_SET_VALUE) USE(KEY_CREATE_SUB_KEY) USE(KEY_ENUMERATE_SUB_KEYS)      \
   USE(KEY_READ) USE(KEY_ALL_ACCESS) USE(REG_NONE) USE(REG_SZ) USE(REG_EXPAND_SZ) USE(REG_BINARY)   \
-  USE(REG_DWORD) USE(REG_MULTI_SZ) USE(REG_CREATED_NEW_KEY) USE(REG_OPENED_EXISTING_KEY)           \
+  USE(REG_DWORD) USE(REG_DWORD_BIG_ENDIAN) USE(REG_MULTI_SZ) USE(REG_CREATED_NEW_KEY)              \
+  USE(REG_OPENED_EXISTING_KEY)                                                                     \
   /* files.h */                                                                                    \
   USE(GENERIC_READ) USE(GENERIC_WRITE) USE(FILE_APPEND_DATA) USE(FILE_SHARE_READ)                  \
   USE(FILE_SHARE_WRITE) USE(FILE_SHARE_DELETE) USE(CREATE_NEW) USE(CREATE_ALWAYS)                  \

@@ -46,10 +46,10 @@ class RegistryOfWindows final : public Registry {
     return ::RegDeleteKeyW(handle_cast<::HKEY>(parent), text_cast(subKey));
   }
 
-  std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name,
-                             std::uint32_t* chars) override {
+  std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
+                             char16_t* keyClass, std::uint32_t* classChars) override {
     return ::RegEnumKeyExW(handle_cast<::HKEY>(key), index, text_cast(name), dword_cast(chars),
-                           nullptr, nullptr, nullptr, nullptr);
+                           nullptr, text_cast(keyClass), dword_cast(classChars), nullptr);
   }
 
   std::int32_t RegEnumValueW(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,

@@ -239,6 +239,93 @@ TEST_F(MapClaim, AFullMapClaimsNothingAndLetsTheAgentGoOn) {
   EXPECT_TRUE(map.Read(0, 533000) == before);
 }
 
+TEST_F(MapClaim, ANameThatDoesntFitLeavesTheEndMarkerWhereItIs) {
+  V5Map map;
+  map.Write16(0, 0x00FF);
+  const std::string before = map.Read(0, 533000);
+  const std::u16string name(520, u'n');
+  EXPECT_EQ(CheckMapPrinterV5(CreateMapV5(u"VglV5MapFile_Ink"), name.c_str(), 0, 0, &other), 2);
+  EXPECT_TRUE(map.Read(0, 533000) == before);
+}
+
+// A moment between a section's making and its first marker shows it so.
+TEST_F(MapClaim, ASectionOfZerosHasNoSlotToClaim) {
+  V5Map map;
+  EXPECT_EQ(Check(u"Studio"), 0);
+  EXPECT_TRUE(map.Read(0, 533000) == std::string(533000, '\0'));
+  EXPECT_EQ(SethWindow(u"Studio", u"", HWND{5}), 1);
+}
+
+// A free slot has no name either: it is found, and claimed without being in use.
+TEST_F(MapClaim, WithoutAnyNameAFreeSlotIsClaimedAndStaysFree) {
+  V5Map map;
+  map.Write16(V5Map::Slot(1), 0x00FF);
+  EXPECT_EQ(Check(u"", u""), 0);
+  EXPECT_EQ(map.Read16(0), 0);
+  EXPECT_EQ(map.Read64(kSel3At), kClaimed);
+  EXPECT_EQ(SethWindow(u"", nullptr, HWND{5}), 0);
+  EXPECT_EQ(map.Read64(kSel3At), 5U);
+  const HANDLE section = CreateMapV5(u"VglV5MapFile_Ink");
+  EXPECT_TRUE(ReleaseMapSlot(section, nullptr, nullptr));
+  EXPECT_EQ(map.Read64(kSel3At), 0U);
+  Os().objects.CloseHandle(section);
+}
+
+TEST_F(MapClaim, ANullNameCountsAsEmptyAndANullOutputIsAFailure) {
+  V5Map map;
+  map.Write16(0, 0x00FF);
+  const HANDLE section = CreateMapV5(u"VglV5MapFile_Ink");
+  EXPECT_EQ(CheckMapPrinterV5(section, u"Studio", 0, 0, nullptr), 2);
+  EXPECT_EQ(map.Read16(0), 0x00FF);
+  EXPECT_EQ(CheckMapPrinterV5(section, nullptr, 0, 0, &other), 0);
+  EXPECT_EQ(map.Read16(V5Map::Slot(1)), 0x00FF);
+  Os().objects.CloseHandle(section);
+}
+
+// In a section of one page there are views of three slots, and no further.
+TEST_F(MapClaim, ViewsReachTheSlotInHandAndNoFurther) {
+  MapBytes small(u"VglV5MapFile_Ink", 4096);
+  small.WriteName(0, u"First");
+  small.Write16(V5Map::Slot(1), 0x00FF);
+  const HANDLE section = CreateMapV5(u"VglV5MapFile_Ink");
+  EXPECT_EQ(CheckMapPrinterV5(section, u"Second", 0, 0, &other), 0);
+  EXPECT_EQ(small.Read16(V5Map::Slot(2)), 0x00FF);
+  EXPECT_EQ(SethWindow(u"Second", u"", HWND{5}), 0);
+  EXPECT_EQ(small.Read64(V5Map::Slot(1) + kSel3At), 5U);
+  EXPECT_EQ(CheckMapPrinterV5(section, u"Third", 0, 0, &other), 2);
+}
+
+// Another program claims slots while this one looks, at every offset of the two.
+TEST_F(MapClaim, AMarkerThatMovesMeanwhileEndsInAStatedResult) {
+  int claimed = 0;
+  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+    sim::Machine races(seed);
+    std::int32_t result = -1;
+    races.StartProcess(u"C:\\first.exe", u"", [&](const char16_t*) {
+      const OwnedObject section(CreateMapV5(u"VglV5MapFile_Ink"));
+      HWND window{};
+      result = CheckMapPrinterV5(section.get(), u"Studio", 0, 0, &window);
+      Os().process.Sleep(100);
+      return 0U;
+    });
+    races.StartProcess(u"C:\\second.exe", u"", [&](const char16_t*) {
+      const OwnedObject section(CreateMapV5(u"VglV5MapFile_Ink"));
+      HWND window{};
+      for (const char16_t* name : {u"A", u"B", u"C", u"D"})
+        CheckMapPrinterV5(section.get(), name, 0, 0, &window);
+      Os().process.Sleep(50);
+      V5Map map;
+      for (std::size_t slot = 0; slot < 5; ++slot)
+        claimed += map.ReadName(V5Map::Slot(slot)) == u"Studio" ? 1 : 0;
+      return 0U;
+    });
+    races.RunFor(1000);
+    EXPECT_EQ(result, 0) << "seed " << seed;
+  }
+  // A claim may be lost to the other program's store; most are not.
+  EXPECT_GT(claimed, 30);
+}
+
 TEST_F(MapClaim, EarlierViewsOfTheScanStayMapped) {
   V5Map map;
   for (std::size_t i = 0; i < 3; ++i)

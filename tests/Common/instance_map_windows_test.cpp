@@ -138,10 +138,27 @@ TEST_F(MapRelease, TheNextNewPrinterTakesTheFreedSlot) {
   EXPECT_EQ(v5.ReadName(V5Map::Slot(1)), u"New");
 }
 
+// The map is looked up anew at the end, and a printer that can't be opened is in V5.
+TEST_F(MapRelease, AV7AgentWhosePrinterIsGoneLeavesASlotBehindTheFirstAsItIs) {
+  v7.Write64(V7Map::Slot(2) + kSel3At, 5);
+  const std::string before = v7.Read(0, 547000);
+  machine.spooler().RemovePrinter(u"V7 Studio");
+  EXPECT_TRUE(ReleaseMapSlot(section7, u"V7 Studio", u""));
+  EXPECT_TRUE(v7.Read(0, 547000) == before);
+}
+
+TEST_F(MapRelease, AV7AgentWhosePrinterIsGoneFreesTheFirstSlotWhateverItsFourthWindow) {
+  v7.WriteName(0, u"V7 Studio");
+  v7.Write64(kSel5At, 7);
+  v7.Write64(kSel3At, 5);
+  machine.spooler().RemovePrinter(u"V7 Studio");
+  EXPECT_TRUE(ReleaseMapSlot(section7, u"V7 Studio", u""));
+  EXPECT_EQ(v7.Read16(0), 0);
+  EXPECT_EQ(v7.Read64(kSel3At), 0U);
+  EXPECT_EQ(v7.Read64(kSel5At), 7U);
+}
+
 TEST_F(MapRelease, AFailedViewClosesTheSection) {
-  inside.process().FailNext("MapViewOfFile", ERROR_NOT_ENOUGH_MEMORY);
-  const HANDLE section = CreateMapV5(u"VglV5MapFile_Ink");
-  EXPECT_EQ(section, HANDLE{});
   const HANDLE open = CreateMapV5(u"VglV5MapFile_Ink");
   inside.process().FailNext("MapViewOfFile", ERROR_NOT_ENOUGH_MEMORY);
   EXPECT_FALSE(ReleaseMapSlot(open, u"Studio", u""));
@@ -184,6 +201,23 @@ TEST_F(MapWindows, AWindowIsFoundByItsNameIgnoringTheCaseOfPlainLetters) {
   v5.Write64(V5Map::Slot(1) + kSel3At, static_cast<std::uint64_t>(window));
   EXPECT_EQ(GetMapWindow(u"STÜDIO", u"", 3), window);
   EXPECT_EQ(GetMapWindow(u"stüdio", u"", 3), HWND{});
+}
+
+TEST_F(MapWindows, AWindowOfAPortIsFoundWithoutAPrintersName) {
+  const HWND window = MakeWindow();
+  v5.WriteName(V5Map::Slot(1), u"USB001");
+  v5.Write64(V5Map::Slot(1) + kSel3At, static_cast<std::uint64_t>(window));
+  EXPECT_EQ(GetMapWindow(nullptr, u"usb001", 3), window);
+  EXPECT_EQ(GetMapWindow(u"", u"USB001", 3), window);
+}
+
+TEST_F(MapWindows, WithoutAViewThereIsNoWindowAndNothingStaysOpen) {
+  const HWND window = MakeWindow();
+  v5.Write64(V5Map::Slot(1) + kSel3At, static_cast<std::uint64_t>(window));
+  const std::vector<std::u16string> before = inside.process().Ledger();
+  inside.process().FailNext("MapViewOfFile", ERROR_NOT_ENOUGH_MEMORY);
+  EXPECT_EQ(GetMapWindow(u"Studio", u"", 3), HWND{});
+  EXPECT_EQ(inside.process().Ledger(), before);
 }
 
 TEST_F(MapWindows, WithoutSectionOrSlotOrMapThereIsNoWindow) {
@@ -234,10 +268,53 @@ TEST_F(MapClose, EverySlotOfThePrinterIsMeantAndNoOther) {
   EXPECT_TRUE(Os().windowing.IsWindow(first[0]));
 }
 
-TEST_F(MapClose, AClaimIsPassedByLikeAWindowThatIsGone) {
-  const std::vector<HWND> windows = FillSlot(v5, V5Map::Slot(1), false);
-  v5.Write64(V5Map::Slot(1) + kSel0At, kClaimed);
+// What is sent to all ones goes to every top-level window, whose ever it is.
+TEST_F(MapClose, AClaimIsSentToLikeAnyWindow) {
+  const HWND inNoSlot = MakeWindow();
+  v5.Write64(V5Map::Slot(1) + kSel3At, kClaimed);
   CloseMapWindows(u"Studio", u"");
+  EXPECT_EQ(ClosedWindows(), std::vector<HWND>{inNoSlot});
+}
+
+TEST_F(MapClose, AWindowThatIsGoneIsPassedBy) {
+  const std::vector<HWND> windows = FillSlot(v5, V5Map::Slot(1), false);
+  Os().windowing.DestroyWindow(windows[0]);
+  CloseMapWindows(u"Studio", u"");
+  EXPECT_EQ(ClosedWindows(), (std::vector<HWND>{windows[1], windows[2]}));
+}
+
+TEST_F(MapClose, APrintersSlotsBehindTheEndMarkerStayOpen) {
+  v5.WriteName(V5Map::Slot(2), u"Studio");
+  FillSlot(v5, V5Map::Slot(2), false);
+  const std::vector<HWND> before = FillSlot(v5, V5Map::Slot(0), false);
+  v5.WriteName(V5Map::Slot(0), u"Studio");
+  v5.Write16(V5Map::Slot(1), 0x00FF);
+  CloseMapWindows(u"Studio", u"");
+  EXPECT_EQ(ClosedWindows(), before);
+}
+
+TEST_F(MapClose, AWindowThatHangsHoldsUpTheRest) {
+  sim::Process& hanging = machine.StartProcess(u"C:\\hanging.exe", u"", [](const char16_t*) {
+    WindowClass windowClass;
+    windowClass.className = u"Hanging";
+    windowClass.procedure = [](HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+      if (message == WM_CLOSE) Os().process.Sleep(5000);
+      if (message == WM_DESTROY) Os().windowing.PostQuitMessage(0);
+      return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
+    };
+    Os().windowing.RegisterClassW(windowClass);
+    Os().windowing.CreateWindowExW(0, u"Hanging", u"", WS_OVERLAPPEDWINDOW, HMODULE{});
+    Message message;
+    while (Os().windowing.GetMessageW(&message) == 1) Os().windowing.DispatchMessageW(message);
+    return 0U;
+  });
+  Os().process.Sleep(1);
+  const std::vector<HWND> windows = FillSlot(v5, V5Map::Slot(1), false);
+  v5.Write64(V5Map::Slot(1) + kSel0At,
+             static_cast<std::uint64_t>(machine.desktop().FindOf(hanging, u"Hanging")->handle));
+  const std::uint64_t start = machine.now();
+  CloseMapWindows(u"Studio", u"");
+  EXPECT_EQ(machine.now() - start, 5000U);
   EXPECT_EQ(ClosedWindows(), (std::vector<HWND>{windows[1], windows[2]}));
 }
 
@@ -345,6 +422,18 @@ TEST_F(InstanceMapTest, ASecuredSectionLetsTheSystemAndEveryoneDoEverything) {
       CreateSecuredMapping(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 1000, u"Secured"));
   ASSERT_TRUE(section);
   EXPECT_EQ(inside.process().Ledger(), std::vector<std::u16string>{u"section Secured"});
+  // A list of two entries, each allowing 0xF003F: first to the system, then to everyone.
+  const std::string list(
+      "\x02\x00\x30\x00\x02\x00\x00\x00"
+      "\x00\x00\x14\x00\x3F\x00\x0F\x00\x01\x01\x00\x00\x00\x00\x00\x05\x12\x00\x00\x00"
+      "\x00\x00\x14\x00\x3F\x00\x0F\x00\x01\x01\x00\x00\x00\x00\x00\x01\x00\x00\x00\x00",
+      48);
+  EXPECT_EQ(machine.objects().DaclOf(u"Secured"), list);
+}
+
+TEST_F(InstanceMapTest, TheAgentsOwnSectionHasDefaultSecurity) {
+  const OwnedObject section(CreateMapV5(u"VglV5MapFile_Ink"));
+  EXPECT_EQ(machine.objects().DaclOf(u"VglV5MapFile_Ink"), std::nullopt);
 }
 
 // How many calls it took; the `failing`th fails.

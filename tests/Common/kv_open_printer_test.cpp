@@ -87,28 +87,62 @@ TEST_F(GuardedOpen, AFailedOpenWhoseMutexCantBeClosedKeepsIt) {
 }
 
 TEST_F(GuardedOpen, WithoutAMutexNothingIsOpened) {
-  machine.files().Remove(kLog);
   CKvOpenPrinter open;
   inside.process().FailNext("CreateMutexW", ERROR_ACCESS_DENIED);
   EXPECT_EQ(open.KvOpenPrinter(u"P", &printer, nullptr), -2);
+  EXPECT_TRUE(HasLogged("OpenPrinter fail [Create Mutex Fail]"));
   EXPECT_EQ(printer, HPRINTER{});
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 
-TEST_F(GuardedOpen, WithoutASecurityDescriptorItOpensAllTheSame) {
+TEST_F(GuardedOpen, WithoutASecurityDescriptorItOpensWithDefaultSecurity) {
   for (const char* operation : {"InitializeSecurityDescriptor", "SetSecurityDescriptorDacl"}) {
     CKvOpenPrinter open;
     inside.process().FailNext(operation, ERROR_INVALID_PARAMETER);
     EXPECT_EQ(open.KvOpenPrinter(u"P", &printer, nullptr), 1) << operation;
+    EXPECT_EQ(machine.objects().DaclOf(kInUse), std::nullopt);
     EXPECT_EQ(open.KvClosePrinter(printer), 1);
   }
 }
 
-TEST_F(GuardedOpen, ClosingWithANullHandleAfterAFailedOpenGivesOne) {
+TEST_F(GuardedOpen, EverybodyMayOpenTheMutex) {
+  CKvOpenPrinter open;
+  open.KvOpenPrinter(u"P", &printer, nullptr);
+  EXPECT_EQ(machine.objects().DaclOf(kInUse), "");  // a list that is there and null
+  open.KvClosePrinter(printer);
+}
+
+TEST_F(GuardedOpen, TheDestructorClosesNothing) {
+  HANDLE mutex{};
+  {
+    CKvOpenPrinter open;
+    open.KvOpenPrinter(u"P", &printer, nullptr);
+    mutex = open.m_hMutex;
+  }
+  EXPECT_TRUE(machine.objects().Exists(kInUse));
+  EXPECT_TRUE(Os().spooler.ClosePrinter(printer));
+  EXPECT_TRUE(Os().objects.CloseHandle(mutex));
+}
+
+TEST_F(GuardedOpen, ASecondOpenWithoutACloseLosesTheFirstMutexHandle) {
+  CKvOpenPrinter open;
+  HPRINTER second{};
+  open.KvOpenPrinter(u"P", &printer, nullptr);
+  const HANDLE first = open.m_hMutex;
+  EXPECT_EQ(open.KvOpenPrinter(u"P", &second, nullptr), 1);
+  EXPECT_NE(open.m_hMutex, first);
+  open.KvClosePrinter(second);
+  open.KvClosePrinter(printer);
+  EXPECT_TRUE(Os().objects.CloseHandle(first));
+}
+
+TEST_F(GuardedOpen, ClosingWithANullHandleAfterAFailedOpenGivesOneAndAsksNobody) {
   CKvOpenPrinter open;
   open.KvOpenPrinter(u"missing", &printer, nullptr);
+  const std::uint64_t calls = inside.process().calls();
   EXPECT_EQ(open.KvClosePrinter(HPRINTER{}), 1);
   EXPECT_EQ(open.m_hMutex, HANDLE{});
+  EXPECT_EQ(inside.process().calls(), calls);
 }
 
 TEST_F(GuardedOpen, AFailedCloseOfTheMutexLeavesTheField) {
@@ -142,6 +176,33 @@ TEST_F(GuardedOpen, PlainModeOpensDuringAnInstallationWithoutMutexOrLog) {
   EXPECT_EQ(open.KvClosePrinter(HPRINTER{}), 1);
   EXPECT_EQ(machine.files().ReadFile(kLog), "");
   Os().objects.CloseHandle(installer);
+}
+
+TEST_F(GuardedOpen, AMutexThatCantBeClosedIsLoggedWithItsHandle) {
+  // The log's own two closes stand in front of the one that fails: of its mutex and its file.
+  CKvOpenPrinter open;
+  inside.process().FailNext("CloseHandle", ERROR_INVALID_HANDLE, 2);
+  EXPECT_EQ(open.KvOpenPrinter(u"missing", &printer, nullptr), 0);
+  std::string number = std::to_string(static_cast<std::uint64_t>(open.m_hMutex));
+  EXPECT_TRUE(HasLogged("!Close Mutex Fail hMutex=[" + number + "] "));
+  Os().objects.CloseHandle(open.m_hMutex);
+  open.m_hMutex = HANDLE{};
+
+  open.KvOpenPrinter(u"P", &printer, nullptr);
+  inside.process().FailNext("CloseHandle", ERROR_INVALID_HANDLE, 2);
+  open.KvClosePrinter(printer);
+  number = std::to_string(static_cast<std::uint64_t>(open.m_hMutex));
+  EXPECT_TRUE(HasLogged("Close Mutex Fail hMutex=[" + number + "] "));
+  EXPECT_FALSE(HasLogged("!Close Mutex Fail hMutex=[" + number + "] "));
+  Os().objects.CloseHandle(open.m_hMutex);
+}
+
+TEST_F(GuardedOpen, AFailedCloseInPlainModeGivesZero) {
+  CKvOpenPrinter open;
+  open.KvOpenPrinterMode(u"P", &printer, nullptr, 1);
+  inside.process().FailNext("ClosePrinter", ERROR_INVALID_HANDLE);
+  EXPECT_EQ(open.KvClosePrinter(printer), 0);
+  EXPECT_TRUE(Os().spooler.ClosePrinter(printer));
 }
 
 TEST_F(GuardedOpen, PlainModeOfAMissingPrinterFails) {
@@ -203,13 +264,17 @@ TEST_F(GuardedOpen, CostsSevenCallsBesideTheLogsLook) {
 }
 
 TEST_F(GuardedOpen, NoFailureOfACallLeavesAnythingOpen) {
-  for (std::uint64_t number = 1; number <= 20; ++number) {
+  machine.files().Remove(kLog);
+  std::string failed;
+  for (std::uint64_t number = 1; number <= 9; ++number) {
     HPRINTER opened{};
     inside.process().FailCall(number);
     CKvOpenPrinter open;
     if (open.KvOpenPrinter(u"P", &opened, nullptr) == 1) open.KvClosePrinter(opened);
     EXPECT_TRUE(inside.process().Ledger().empty()) << "call " << number;
+    if (!inside.process().failedOperation().empty()) failed = inside.process().failedOperation();
   }
+  EXPECT_EQ(failed, "OpenPrinterW");  // the last that can fail; the two closes can't by number
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "app/cmd_line_info.h"
 #include "platform/sim/machine.h"
+#include "tests/support/map_fixture.h"
 
 namespace vgl {
 namespace {
@@ -66,11 +67,96 @@ TEST_F(PrinterLookup, AnInstallerAtWorkKeepsItAway) {
 }
 
 TEST_F(PrinterLookup, NoFailureOfACallLeavesAnythingOpen) {
-  for (std::uint64_t number = 1; number <= 20; ++number) {
+  std::string failed;
+  for (std::uint64_t number = 1; number <= 11; ++number) {
     inside.process().FailCall(number);
     GetDriverAndPort(u"P", driver, port);
     EXPECT_TRUE(inside.process().Ledger().empty()) << "call " << number;
+    if (!inside.process().failedOperation().empty()) failed = inside.process().failedOperation();
   }
+  EXPECT_EQ(failed, "GetPrinterW");  // the last that can fail; the two closes can't by number
+}
+
+TEST_F(PrinterLookup, GivesTheDriverAlone) {
+  EXPECT_EQ(GetDriverName(u"P", driver), 1);
+  EXPECT_EQ(driver, u"Driver of P");
+  EXPECT_EQ(GetDriverName(u"missing", driver), 0);
+  EXPECT_EQ(driver, u"");
+  driver = u"before";
+  EXPECT_EQ(GetDriverName(nullptr, driver), 0);
+  EXPECT_EQ(driver, u"");
+  EXPECT_TRUE(inside.process().Ledger().empty());
+}
+
+TEST_F(PrinterLookup, GivesTheDriverOfAnOpenPrinterWhichStaysOpen) {
+  HPRINTER printer{};
+  ASSERT_TRUE(Os().spooler.OpenPrinterW(u"P", &printer, nullptr));
+  EXPECT_EQ(GetDriverNameFromHandle(printer, driver), 1);
+  EXPECT_EQ(driver, u"Driver of P");
+  inside.process().FailNext("GetPrinterW", ERROR_NOT_ENOUGH_MEMORY, 1);  // the filling call
+  EXPECT_EQ(GetDriverNameFromHandle(printer, driver), 0);
+  EXPECT_EQ(driver, u"");
+  EXPECT_TRUE(Os().spooler.ClosePrinter(printer));
+}
+
+TEST_F(PrinterLookup, ANullHandleAsksNobody) {
+  const std::uint64_t calls = inside.process().calls();
+  EXPECT_EQ(GetDriverNameFromHandle(HPRINTER{}, driver), 0);
+  EXPECT_EQ(driver, u"");
+  EXPECT_EQ(inside.process().calls(), calls);
+}
+
+TEST_F(PrinterLookup, WhatThePrinterDoesntTellReplacesTheOneThatWasKnownToo) {
+  machine.spooler().AddPrinter({.name = u"Q", .port = u"LPT1", .driver = std::nullopt});
+  CCmdLineInfo info;
+  info.m_szPrinterName = u"Q";
+  info.m_szDriverName = u"other";
+  EXPECT_EQ(info.ResolvePrinterInfo(), 1);
+  EXPECT_EQ(info.m_szDriverName, u"");
+  EXPECT_EQ(info.m_szPortName, u"LPT1");
+}
+
+// --- The model
+
+class ModelLookup : public testing::Test {
+ protected:
+  sim::Machine machine;
+  sim::Inside inside{machine};
+  std::u16string model = u"before";
+
+  ModelLookup() { AddPrintersOfBothMaps(machine); }
+};
+
+TEST_F(ModelLookup, TheInstallDescriptionOfThePrinterNamesIt) {
+  EXPECT_EQ(GetModelId(u"V7 Studio", u"KAVRO V7 Studio", model), 1);
+  EXPECT_EQ(model, u"S1");
+}
+
+TEST_F(ModelLookup, WithoutAPrinterThatOfTheDriverDoes) {
+  for (const char16_t* none : {u"", static_cast<const char16_t*>(nullptr)}) {
+    model = u"before";
+    EXPECT_EQ(GetModelId(none, u"KAVRO V7 Studio", model), 1);
+    EXPECT_EQ(model, u"S1");
+  }
+}
+
+TEST_F(ModelLookup, WithoutAnAnswerItIsEmptyAndTheResultOneAllTheSame) {
+  const char16_t* const none = nullptr;
+  EXPECT_EQ(GetModelId(u"missing", u"KAVRO V7 Studio", model), 1);
+  EXPECT_EQ(model, u"");
+  EXPECT_EQ(GetModelId(u"V7 Studio", u"another driver", model), 1);
+  EXPECT_EQ(model, u"");
+  for (const char16_t* driver : {u"", none}) {
+    model = u"before";
+    EXPECT_EQ(GetModelId(u"V7 Studio", driver, model), 1);
+    EXPECT_EQ(model, u"");
+  }
+}
+
+TEST_F(ModelLookup, ARecordFindsItsModelByThePrinterOrByTheDriver) {
+  EXPECT_EQ(CCmdLineInfo(u"/P \"V7 Studio\"").m_szModelID, u"S1");
+  EXPECT_EQ(CCmdLineInfo(u"/D \"KAVRO V7 Studio\" /O \"LPT1\"").m_szModelID, u"S1");
+  EXPECT_EQ(CCmdLineInfo(u"/P \"V7 Studio\" /M \"given\"").m_szModelID, u"given");
 }
 
 TEST_F(PrinterLookup, ARecordTakesBothFromThePrinter) {

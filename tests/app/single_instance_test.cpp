@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <optional>
 
 #include "Common/instance_map.h"
 #include "tests/support/frame_fixture.h"
@@ -24,6 +26,11 @@ class DuplicationCheck : public FrameTest {
     map.WriteName(0, u"Studio 7200");
     map.Write64(kSel3At, window);
     map.Write16(V5Map::Slot(1), 0x00FF);
+  }
+  int CountEvents(std::u16string_view text) {
+    return static_cast<int>(
+        std::count_if(machine.trace().begin(), machine.trace().end(),
+                      [text](const sim::Event& event) { return event.text == text; }));
   }
   // What was posted to the frame's own window, which stands for another agent's.
   std::vector<Message> Posted() { return Pump(); }
@@ -51,13 +58,14 @@ TEST_F(DuplicationCheck, TheFirstAgentPublishesItsWindow) {
 TEST_F(DuplicationCheck, AnotherAgentIsToldToShowItsIconAnew) {
   V5Map map;
   PutAgent(map, static_cast<std::uint64_t>(frame->m_hWnd));
+  frame->m_nIconSelected = 2;
   EXPECT_EQ(frame->DuplicationChk(), 0);
   EXPECT_EQ(frame->m_hMapFile, HANDLE{});
   const std::vector<Message> posted = Posted();
   ASSERT_EQ(posted.size(), 1U);
   EXPECT_EQ(posted[0].message, WM_VGL3_UPDATE_ICON);
   EXPECT_EQ(posted[0].wParam, 0U);
-  EXPECT_EQ(posted[0].lParam, 0);
+  EXPECT_EQ(posted[0].lParam, 2);
   EXPECT_TRUE(HasLogged("CMainFrame::DuplicationChk : end2"));
 }
 
@@ -74,19 +82,36 @@ TEST_F(DuplicationCheck, AnotherAgentIsClosedByARemovingStart) {
   EXPECT_TRUE(HasLogged("Post WM_CLOSE"));
 }
 
-TEST_F(DuplicationCheck, AMapFailureShowsThatMemoryIsInsufficient) {
+TEST_F(DuplicationCheck, AMapFailureShowsThatMemoryIsInsufficientAndEndsQuietly) {
   machine.desktop().AnswerBoxesAtOnce();
-  frame->StartUp();  // fills the texts
-  frame->DestroyWindow();
-  inside.process().FailNext("CreateFileMappingW", ERROR_NOT_ENOUGH_MEMORY);
+  for (const char* operation : {"CreateFileMappingW", "MapViewOfFile"}) {
+    inside.process().FailNext(operation, ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(frame->StartUp(), 0) << operation;
+    EXPECT_EQ(frame->m_hMapFile, HANDLE{});
+  }
+  EXPECT_EQ(CountEvents(u"message box \"KAVRO Vigil 3\": Insufficient memory."), 2);
+}
+
+TEST_F(DuplicationCheck, ACheckThatFailedHasItsSectionClosedOnce) {
+  machine.desktop().AnswerBoxesAtOnce();
+  V5Map map;
+  map.WriteName(0, u"Another");
+  map.Write16(V5Map::Slot(1), 0x00FF);
+  const std::size_t before = inside.process().Ledger().size();
+  // The view at the making of the section and that of the first slot are had.
+  inside.process().FailNext("MapViewOfFile", ERROR_NOT_ENOUGH_MEMORY, 2);
   EXPECT_EQ(frame->DuplicationChk(), 0);
-  EXPECT_EQ(machine.trace().back().text, u"message box answered with 1");
-  const auto shown =
-      std::find_if(machine.trace().begin(), machine.trace().end(), [](const sim::Event& event) {
-        return event.text == u"message box \"KAVRO Vigil 3\": Insufficient memory.";
-      });
-  EXPECT_NE(shown, machine.trace().end());
-  EXPECT_EQ(frame->m_hMapFile, HANDLE{});
+  frame->DestroyWindow();
+  EXPECT_EQ(CountEvents(u"closed what is no open handle"), 0);
+  EXPECT_EQ(inside.process().Ledger().size(), before + 1);  // the first slot's view
+}
+
+TEST_F(DuplicationCheck, AMapThatNobodyKnowsIsAMapFailure) {
+  machine.desktop().AnswerBoxesAtOnce();
+  AddPrintersOfBothMaps(machine);
+  ASSERT_TRUE(frame->m_szPrinterName.Assign(u"Odd Studio"));
+  EXPECT_EQ(frame->StartUp(), 0);
+  EXPECT_EQ(CountEvents(u"message box \"KAVRO Vigil 3\": Insufficient memory."), 1);
 }
 
 TEST_F(DuplicationCheck, AStoreThatFailsKeepsNoAgentFromRunning) {
@@ -130,6 +155,67 @@ TEST_F(DuplicationCheck, AViewThatFailsAtTheEndClosesTheSectionOnce) {
   frame->DestroyWindow();
   EXPECT_FALSE(machine.objects().Exists(kMap));
   EXPECT_EQ(frame->m_hMapFile, HANDLE{});
+  EXPECT_EQ(CountEvents(u"closed what is no open handle"), 0);
+}
+
+TEST_F(DuplicationCheck, ARemovingStartWithoutAnAgentGivesItsSectionBack) {
+  frame->m_fRemove = 1;
+  EXPECT_EQ(frame->StartUp(), 0);
+  EXPECT_EQ(frame->m_hMapFile, HANDLE{});
+  frame->DestroyWindow();
+  EXPECT_EQ(CountEvents(u"closed what is no open handle"), 0);
+  EXPECT_FALSE(machine.objects().Exists(kMap));
+}
+
+TEST_F(DuplicationCheck, TheSlotIsFreedBeforeThePrinterIsLookedFor) {
+  frame->StartUp();
+  std::optional<bool> sectionStood;
+  machine.files().OnAppend([&](std::uint32_t, const std::u16string&, std::string_view bytes) {
+    if (bytes.find("CMainFrame::ChkDelPrn : start") != bytes.npos)
+      sectionStood = machine.objects().Exists(kMap);
+  });
+  frame->DestroyWindow();
+  EXPECT_EQ(sectionStood, false);
+}
+
+TEST_F(DuplicationCheck, EachWayOutOfTheCheckHasItsLogLine) {
+  const struct {
+    std::uint64_t window;
+    std::string line;
+  } cases[] = {
+      {0, "exit : CheckMapPrinter(0)[1]"},
+      {0x1234, "exit : CheckMapPrinter(0)[2]"},
+      {static_cast<std::uint64_t>(frame->m_hWnd), "exit : CheckMapPrinter(1)"},
+  };
+  for (const auto& each : cases) {
+    machine.files().Remove(desk::kTrayLogFile);
+    V5Map map;
+    PutAgent(map, each.window);
+    frame->DuplicationChk();
+    EXPECT_TRUE(HasLogged("enter : CheckMapPrinter"));
+    EXPECT_TRUE(HasLogged(each.line)) << each.line;
+    if (frame->m_hMapFile != HANDLE{}) frame->DestroyWindow();
+  }
+}
+
+TEST_F(DuplicationCheck, AFullMapIsLoggedByTheStoreAlone) {
+  V5Map map;
+  for (std::size_t i = 0; i < 500; ++i) map.WriteName(V5Map::Slot(i), u"Another");
+  EXPECT_EQ(frame->DuplicationChk(), 1);
+  EXPECT_FALSE(HasLogged("exit : CheckMapPrinter(0)[3]"));
+  EXPECT_TRUE(HasLogged("exit : SethWindowSub"));
+  EXPECT_TRUE(HasLogged("exit : SethWindow : 1"));
+  frame->DestroyWindow();
+}
+
+TEST_F(DuplicationCheck, TheStoresOtherWaysOutAreNotLogged) {
+  frame->DuplicationChk();
+  EXPECT_TRUE(HasLogged("MapName : VglV5MapFile_Ink"));
+  EXPECT_TRUE(HasLogged("PrnName : Studio 7200"));
+  EXPECT_TRUE(HasLogged("PortName : USB001"));
+  EXPECT_TRUE(HasLogged("AppSel : 3"));
+  EXPECT_FALSE(HasLogged("exit : SethWindowSub"));
+  frame->DestroyWindow();
 }
 
 // --- Whole agents
@@ -277,6 +363,24 @@ void ExpectOneAgentOrAnOverlap(const StartOfAgent& first, const StartOfAgent& se
   }
 }
 
+std::uint64_t WindowOf(const SimAgent& agent) {
+  return static_cast<std::uint64_t>(agent.Window()->handle);
+}
+
+// The map has one slot for the printer, with the window of one that runs. Of two it is the one that
+// stored last, which their logs don't tell: another thread may come between a store and its line.
+void ExpectOneSlotWithARunningWindow(sim::Machine& machine, const std::vector<SimAgent>& agents) {
+  std::vector<std::uint64_t> running;
+  for (const SimAgent& agent : agents)
+    if (!agent.HasEnded()) running.push_back(WindowOf(agent));
+  LookIntoMap(machine, [&](V5Map& map) {
+    EXPECT_EQ(map.ReadName(0), u"Studio 7200");
+    EXPECT_EQ(std::count(running.begin(), running.end(), map.Read64(kSel3At)), 1);
+    EXPECT_EQ(map.Read16(V5Map::Slot(1)), 0x00FF);
+    EXPECT_EQ(map.Read16(V5Map::Slot(2)), 0);
+  });
+}
+
 TEST(SingleInstance, TwoStartsAtOnceClaimTwiceOnlyWhereTheyOverlap) {
   int doubleClaims = 0;
   int singleClaims = 0;
@@ -292,6 +396,7 @@ TEST(SingleInstance, TwoStartsAtOnceClaimTwiceOnlyWhereTheyOverlap) {
     const StartOfAgent one = recorder.Of(first);
     const StartOfAgent two = recorder.Of(second);
     ExpectOneAgentOrAnOverlap(one, two);
+    ExpectOneSlotWithARunningWindow(desk.machine, {first, second});
     (one.runs && two.runs ? doubleClaims : singleClaims) += 1;
     for (const SimAgent& agent : {first, second})
       if (!agent.HasEnded()) agent.Close();
@@ -345,12 +450,17 @@ ClaimsAtOffset ClaimAtOffset(std::uint64_t delay, std::uint64_t seed) {
 TEST(SingleInstance, ClaimsAtEveryOffsetAreDoubleOnlyWhereTheyOverlap) {
   const std::uint64_t calls = ClaimAtOffset(0, 0).calls;
   ASSERT_GT(calls, 10U);
+  int doubleClaims = 0;
+  int singleClaims = 0;
   for (std::uint64_t seed = 1; seed <= 8; ++seed)
     for (std::uint64_t delay = 0; delay <= calls + 5; ++delay) {
       SCOPED_TRACE("seed " + std::to_string(seed) + ", delay " + std::to_string(delay));
       const ClaimsAtOffset claims = ClaimAtOffset(delay, seed);
       ExpectOneAgentOrAnOverlap(claims.first, claims.second);
+      (claims.first.runs && claims.second.runs ? doubleClaims : singleClaims) += 1;
     }
+  EXPECT_GT(doubleClaims, 0);
+  EXPECT_GT(singleClaims, 0);
 }
 
 TEST(SingleInstance, WhereNoThreadIsInterruptedTheFirstOneHasThePrinter) {

@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "app/agent_messages.h"
+#include "platform/sim/registry_library.h"
+#include "tests/support/map_fixture.h"
 #include "tests/support/sim_desk.h"
 
 namespace vgl {
@@ -118,6 +120,7 @@ TEST(Start, WithoutTheRegistryLibraryOfTheDriverEndsSilently) {
   EXPECT_TRUE(agent.process().Ledger().empty());
   EXPECT_FALSE(desk.HasLogged("cmdInfo.m_szPrinterName : Studio 7200"));
   EXPECT_TRUE(desk.HasLogged("***** LOG END ******"));
+  EXPECT_TRUE(desk.machine.desktop().Boxes().empty());
 }
 
 TEST(Start, WithoutADriverNameThereIsNoLibraryAndNoAgent) {
@@ -126,10 +129,64 @@ TEST(Start, WithoutADriverNameThereIsNoLibraryAndNoAgent) {
 }
 
 TEST(Start, OnASystemThatTheLibraryIsNotForRunsWithoutIt) {
+  constexpr OsVersion kSystems[] = {{4, 0, VER_PLATFORM_WIN32_NT, 1}, {5, 1, 1, 1}};
+  for (const OsVersion& version : kSystems) {
+    SimDesk desk;
+    desk.machine.files().Remove(std::u16string(desk::kDriverFolder) + u"\\K_WRDEF1.DLL");
+    desk.machine.system().version = version;
+    EXPECT_NE(desk.StartedAgent().Window(), nullptr);
+  }
+}
+
+TEST(Start, OnASystemThatDoesntTellItsVersionRunsWithoutIt) {
   SimDesk desk;
-  desk.machine.files().Remove(std::u16string(desk::kDriverFolder) + u"\\K_WRDEF1.DLL");
-  desk.machine.system().version = OsVersion{4, 0, VER_PLATFORM_WIN32_NT, 1};
-  EXPECT_NE(desk.StartedAgent().Window(), nullptr);
+  desk.machine.system().versionIsKnown = false;
+  const SimAgent agent = desk.StartedAgent();
+  EXPECT_NE(agent.Window(), nullptr);
+  for (const std::u16string& held : agent.process().Ledger())
+    EXPECT_FALSE(held.starts_with(u"library "));
+}
+
+// The version is asked for again by the load itself.
+TEST(Start, WhereTheLoadFindsTheSystemUnfitItEndsSilently) {
+  SimDesk desk;
+  sim::Process& process = desk::StartAgent(desk.machine, desk::OptionsOfDefaultPrinter());
+  process.FailNext("GetVersionExW", ERROR_INVALID_PARAMETER, 1);
+  desk.RunFor(5000);
+  ASSERT_TRUE(process.ended());
+  EXPECT_EQ(process.exitCode(), 0U);
+  EXPECT_FALSE(HasSlept(desk));
+  EXPECT_TRUE(process.Ledger().empty());
+}
+
+TEST(Start, AModelIdOf260CharactersEndsTheProcessAfterTheWindowWasMade) {
+  SimDesk desk;
+  AddPrintersOfBothMaps(desk.machine);
+  desk.machine.files().WriteFile(
+      u"C:\\Drivers\\V7 Studio\\A.DAT",
+      "[Install]\n"
+      "REGPATH=D,\"HKEY_LOCAL_MACHINE\\Software\\KAVRO\\VGL3\\Driver\\KAVRO V7 Studio\"\n"
+      "REGENTER=D,\"ModelID\",\"" +
+          std::string(260, 'm') + "\"\n");
+  sim::AddRegistryLibrary(desk.machine, u"C:\\Drivers\\V7 Studio\\K_WRDEF1.DLL");
+  const SimAgent agent = desk.StartAgent(u"/P \"V7 Studio\"");
+  desk.RunFor(5000);
+  ASSERT_TRUE(agent.HasEnded());
+  EXPECT_EQ(agent.ExitCode(), 0U);
+  EXPECT_FALSE(desk.HasLogged("CMainFrame::StartUp"));
+  EXPECT_EQ(agent.process().Ledger(), std::vector<std::u16string>{u"window TrayIconWClass"});
+}
+
+TEST(Start, OfAPrinterAloneFindsItsDriverPortAndModel) {
+  SimDesk desk;
+  AddPrintersOfBothMaps(desk.machine);
+  sim::AddRegistryLibrary(desk.machine, u"C:\\Drivers\\V7 Studio\\K_WRDEF1.DLL");
+  const SimAgent agent = desk.StartedAgent(u"/P \"V7 Studio\"");
+  ASSERT_NE(agent.Window(), nullptr);
+  EXPECT_TRUE(desk.HasLogged("cmdInfo.m_szDriverName : KAVRO V7 Studio"));
+  EXPECT_TRUE(desk.HasLogged("cmdInfo.m_szPortName : USB001"));
+  EXPECT_TRUE(desk.HasLogged("cmdInfo.m_szModelID : S1"));
+  EXPECT_TRUE(desk.HasLogged("MapName : VglV7MapFile_Ink"));
 }
 
 TEST(Start, TheLibraryStaysLoadedUntilTheAgentsEnd) {

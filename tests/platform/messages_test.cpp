@@ -124,6 +124,17 @@ TEST_F(PostedMessages, ClosingByAPostedMessageHappensWhenItIsDispatched) {
 
 // --- Sent
 
+TEST_F(SentMessages, TwoHandlesStandForEveryTopLevelWindow) {
+  constexpr std::uint32_t kNobodysMessage = 0xCABC;  // of the numbers that programs agree upon
+  const HWND first = MakeWindow();
+  const HWND second = MakeWindow();
+  windowing.SendMessageW(HWND_BROADCAST, kNobodysMessage, 1, 2);
+  windowing.SendMessageW(HWND{~std::uint64_t{0}}, kNobodysMessage, 3, 4);
+  const std::vector<Received> both{{kNobodysMessage, 1, 2}, {kNobodysMessage, 3, 4}};
+  EXPECT_EQ(ReceivedOf(first, kNobodysMessage), both);
+  EXPECT_EQ(ReceivedOf(second, kNobodysMessage), both);
+}
+
 TEST_F(SentMessages, WithinAThreadOneIsHandledAtOnce) {
   const HWND window = MakeWindow([](HWND, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
     return message == WM_USER ? std::optional<LRESULT>(static_cast<LRESULT>(wParam) * 100 + lParam)

@@ -7,7 +7,7 @@ void DeleteTree(Registry& registry, HKEY parent, const std::u16string& name) {
   if (registry.RegOpenKeyExW(parent, name.c_str(), KEY_READ, key.Out()) != ERROR_SUCCESS) return;
   char16_t child[MAX_PATH];
   std::uint32_t chars = MAX_PATH;
-  while (registry.RegEnumKeyExW(key.get(), 0, child, &chars) == ERROR_SUCCESS) {
+  while (registry.RegEnumKeyExW(key.get(), 0, child, &chars, nullptr, nullptr) == ERROR_SUCCESS) {
     DeleteTree(registry, key.get(), child);
     chars = MAX_PATH;
   }

@@ -24,7 +24,7 @@ class RegistryLists : public RegistryContract {
     for (std::uint32_t index = 0;; ++index) {
       char16_t name[MAX_PATH] = {};
       std::uint32_t chars = MAX_PATH;
-      const std::int32_t error = registry.RegEnumKeyExW(key, index, name, &chars);
+      const std::int32_t error = registry.RegEnumKeyExW(key, index, name, &chars, nullptr, nullptr);
       if (error != ERROR_SUCCESS) {
         EXPECT_EQ(error, ERROR_NO_MORE_ITEMS);
         break;
@@ -179,7 +179,8 @@ TEST_F(RegistryKeys, AClosedKeyIsNoKey) {
   EXPECT_EQ(registry.RegCloseKey(opened), ERROR_INVALID_HANDLE);
   char16_t name[MAX_PATH];
   std::uint32_t chars = MAX_PATH;
-  EXPECT_EQ(registry.RegEnumKeyExW(opened, 0, name, &chars), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(registry.RegEnumKeyExW(opened, 0, name, &chars, nullptr, nullptr),
+            ERROR_INVALID_HANDLE);
 }
 
 // --- Deleting
@@ -209,6 +210,26 @@ TEST_F(RegistryKeys, DeleteOfAKeyWithSubKeysFails) {
 
 TEST_F(RegistryKeys, DeleteOfAMissingKeyFails) {
   EXPECT_EQ(registry.RegDeleteKeyW(key, u"Missing"), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(RegistryKeys, DeleteWithAnEmptyNameTakesTheKeyItself) {
+  Make(u"Sub");
+  const OwnedKey reading = Open(u"Sub", KEY_READ);
+  EXPECT_EQ(registry.RegDeleteKeyW(reading.get(), u""), ERROR_SUCCESS);
+  EXPECT_FALSE(Exists(u"Sub"));
+}
+
+TEST_F(RegistryKeys, DeleteWithAnEmptyNameFailsWhileThereAreSubKeys) {
+  const OwnedKey sub = Make(u"Sub");
+  Make(u"Sub\\Below");
+  EXPECT_EQ(registry.RegDeleteKeyW(sub.get(), u""), ERROR_ACCESS_DENIED);
+  EXPECT_TRUE(Exists(u"Sub\\Below"));
+}
+
+TEST_F(RegistryKeys, DeleteWithoutANameIsRefused) {
+  const OwnedKey sub = Make(u"Sub");
+  EXPECT_EQ(registry.RegDeleteKeyW(sub.get(), nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_TRUE(Exists(u"Sub"));
 }
 
 TEST_F(RegistryKeys, AKeyThatIsOpenElsewhereCanBeDeleted) {
@@ -251,18 +272,53 @@ TEST_F(RegistryLists, ANameOfASubKeyNeedsRoomForItsTerminator) {
   Make(u"Alpha");
   char16_t name[6] = {};
   std::uint32_t chars = 5;
-  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars), ERROR_MORE_DATA);
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, nullptr, nullptr), ERROR_MORE_DATA);
   chars = 6;
-  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars), ERROR_SUCCESS);
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, nullptr, nullptr), ERROR_SUCCESS);
   EXPECT_EQ(chars, 5u);
   EXPECT_EQ(std::u16string(name), u"Alpha");
+}
+
+TEST_F(RegistryLists, ASubKeyHasAnEmptyClass) {
+  Make(u"Alpha");
+  char16_t name[6] = {};
+  char16_t keyClass[6] = u"class";
+  std::uint32_t chars = 6;
+  std::uint32_t classChars = 6;
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, keyClass, &classChars), ERROR_SUCCESS);
+  EXPECT_EQ(std::u16string(name), u"Alpha");
+  EXPECT_EQ(std::u16string(keyClass), u"");
+  EXPECT_EQ(classChars, 0u);
+}
+
+TEST_F(RegistryLists, AnEmptyClassNeedsRoomForItsTerminator) {
+  Make(u"Alpha");
+  char16_t name[6] = {};
+  char16_t keyClass[1] = {u'x'};
+  std::uint32_t chars = 6;
+  std::uint32_t classChars = 0;
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, keyClass, &classChars), ERROR_MORE_DATA);
+  chars = 6;
+  classChars = 1;
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, keyClass, &classChars), ERROR_SUCCESS);
+  EXPECT_EQ(keyClass[0], u'\0');
+}
+
+TEST_F(RegistryLists, WithoutAPlaceForTheClassItsLengthIsTold) {
+  Make(u"Alpha");
+  char16_t name[6] = {};
+  std::uint32_t chars = 6;
+  std::uint32_t classChars = 77;
+  EXPECT_EQ(registry.RegEnumKeyExW(key, 0, name, &chars, nullptr, &classChars), ERROR_SUCCESS);
+  EXPECT_EQ(classChars, 0u);
 }
 
 TEST_F(RegistryLists, SubKeysNeedTheRightToListThem) {
   const OwnedKey querying = Open(nullptr, KEY_QUERY_VALUE);
   char16_t name[MAX_PATH];
   std::uint32_t chars = MAX_PATH;
-  EXPECT_EQ(registry.RegEnumKeyExW(querying.get(), 0, name, &chars), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(registry.RegEnumKeyExW(querying.get(), 0, name, &chars, nullptr, nullptr),
+            ERROR_ACCESS_DENIED);
 }
 
 TEST_F(RegistryLists, DeletingTheFirstSubKeyUntilNoneIsLeftEmptiesTheKey) {
@@ -272,7 +328,7 @@ TEST_F(RegistryLists, DeletingTheFirstSubKeyUntilNoneIsLeftEmptiesTheKey) {
   int deleted = 0;
   char16_t name[MAX_PATH] = {};
   std::uint32_t chars = MAX_PATH;
-  while (registry.RegEnumKeyExW(key, 0, name, &chars) == ERROR_SUCCESS) {
+  while (registry.RegEnumKeyExW(key, 0, name, &chars, nullptr, nullptr) == ERROR_SUCCESS) {
     ASSERT_EQ(registry.RegDeleteKeyW(key, name), ERROR_SUCCESS);
     ++deleted;
     chars = MAX_PATH;

@@ -2,6 +2,7 @@
 // registry function of the same shape does.
 #include <set>
 
+#include "Common/reg_lib_table.h"
 #include "tests/platform/library_fixture.h"
 #include "tests/platform/registry_fixture.h"
 
@@ -12,36 +13,12 @@ using namespace std::string_view_literals;
 
 class RegistryLibraryContract : public RegistryContract {
  protected:
-  using CreateKey = std::int32_t (*)(HKEY parent, const char16_t* subKey, std::uint32_t reserved,
-                                     char16_t* keyClass, std::uint32_t options,
-                                     std::uint32_t access, const void* security, HKEY* key,
-                                     std::uint32_t* disposition);
-  using OpenKey = std::int32_t (*)(HKEY parent, const char16_t* subKey, std::uint32_t options,
-                                   std::uint32_t access, HKEY* key);
-  using DeleteKey = std::int32_t (*)(HKEY parent, const char16_t* subKey);
-  using CloseKey = std::int32_t (*)(HKEY key);
-  using EnumKey = std::int32_t (*)(HKEY key, std::uint32_t index, char16_t* name,
-                                   std::uint32_t* chars, std::uint32_t* reserved,
-                                   char16_t* keyClass, std::uint32_t* classChars, void* time);
-  using QueryValue = std::int32_t (*)(HKEY key, const char16_t* name, std::uint32_t* reserved,
-                                      std::uint32_t* type, void* data, std::uint32_t* bytes);
-  using DeleteValue = std::int32_t (*)(HKEY key, const char16_t* name);
-  using SetValue = std::int32_t (*)(HKEY key, const char16_t* name, std::uint32_t reserved,
-                                    std::uint32_t type, const void* data, std::uint32_t bytes);
-  using EnumValue = std::int32_t (*)(HKEY key, std::uint32_t index, char16_t* name,
-                                     std::uint32_t* chars, std::uint32_t* reserved,
-                                     std::uint32_t* type, void* data, std::uint32_t* bytes);
-  using QueryInfo = std::int32_t (*)(HKEY key, char16_t* keyClass, std::uint32_t* classChars,
-                                     std::uint32_t* reserved, std::uint32_t* subKeys,
-                                     std::uint32_t* longestSubKey, std::uint32_t* longestClass,
-                                     std::uint32_t* values, std::uint32_t* longestValueName,
-                                     std::uint32_t* mostValueBytes, std::uint32_t* securityBytes,
-                                     void* time);
-  using Unknown = std::int32_t (*)(std::uint32_t number);
-
-  template <class Function>
-  Function Get(std::uint16_t ordinal) {
-    return reinterpret_cast<Function>(os.modules.GetProcAddress(library.get(), ordinal));
+  // An export, called as the agent calls it.
+  template <std::uint16_t Ordinal>
+  auto Get() {
+    using Shape = vgl::RegExportShape<char16_t, vgl::RegExport{Ordinal}>;
+    return reinterpret_cast<typename Shape::Function>(
+        os.modules.GetProcAddress(library.get(), Ordinal));
   }
 
   OwnedModule library{os.modules.LoadLibraryW(RegistryLibrary().c_str())};
@@ -51,20 +28,21 @@ TEST_F(RegistryLibraryContract, ItsExportsAreTheseOrdinals) {
   ASSERT_TRUE(library) << "error " << LastError();
   std::set<std::uint16_t> found;
   for (std::uint16_t ordinal = 1; ordinal < 100; ++ordinal) {
-    if (Get<ExportedFunction>(ordinal) != nullptr) found.insert(ordinal);
+    if (os.modules.GetProcAddress(library.get(), ordinal) != nullptr) found.insert(ordinal);
   }
   EXPECT_EQ(found, (std::set<std::uint16_t>{2, 4, 6, 7, 9, 11, 13, 15, 17, 19, 20}));
 }
 
 TEST_F(RegistryLibraryContract, ItsExportsHaveNoNames) {
   ASSERT_TRUE(library);
-  for (const char* name : {"RegCreateKeyExW", "RegOpenKeyExW", "RegCloseKey", "CreateKey"}) {
+  for (const char* name : {"CreateKey", "OpenKey", "DeleteKey", "CloseKey", "EnumKey", "QueryValue",
+                           "DeleteValue", "SetValue", "EnumValue", "QueryInfo", "Unknown"}) {
     EXPECT_EQ(os.modules.GetProcAddress(library.get(), name), nullptr) << name;
   }
 }
 
 TEST_F(RegistryLibraryContract, Ordinal2MakesAKeyOrOpensIt) {
-  const auto create = Get<CreateKey>(2);
+  const auto create = Get<2>();
   ASSERT_NE(create, nullptr);
   OwnedKey made;
   std::uint32_t disposition = 77;
@@ -79,7 +57,7 @@ TEST_F(RegistryLibraryContract, Ordinal2MakesAKeyOrOpensIt) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal4OpensAKeyThatIsThere) {
-  const auto open = Get<OpenKey>(4);
+  const auto open = Get<4>();
   ASSERT_NE(open, nullptr);
   Make(u"Sub");
   OwnedKey opened;
@@ -88,7 +66,7 @@ TEST_F(RegistryLibraryContract, Ordinal4OpensAKeyThatIsThere) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal6RemovesAKeyWithoutSubKeys) {
-  const auto remove = Get<DeleteKey>(6);
+  const auto remove = Get<6>();
   ASSERT_NE(remove, nullptr);
   Make(u"Sub\\Below");
   EXPECT_EQ(remove(key, u"Sub"), ERROR_ACCESS_DENIED);
@@ -97,7 +75,7 @@ TEST_F(RegistryLibraryContract, Ordinal6RemovesAKeyWithoutSubKeys) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal7ClosesAKey) {
-  const auto close = Get<CloseKey>(7);
+  const auto close = Get<7>();
   ASSERT_NE(close, nullptr);
   const HKEY opened = Make(u"Sub").Release();
   EXPECT_EQ(close(opened), ERROR_SUCCESS);
@@ -105,7 +83,7 @@ TEST_F(RegistryLibraryContract, Ordinal7ClosesAKey) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal9ListsSubKeys) {
-  const auto list = Get<EnumKey>(9);
+  const auto list = Get<9>();
   ASSERT_NE(list, nullptr);
   Make(u"Sub");
   char16_t name[10] = {};
@@ -126,7 +104,7 @@ TEST_F(RegistryLibraryContract, Ordinal9ListsSubKeys) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal11ReadsAValue) {
-  const auto query = Get<QueryValue>(11);
+  const auto query = Get<11>();
   ASSERT_NE(query, nullptr);
   SetNumber(u"Number", 42);
   std::uint32_t type = 77;
@@ -142,7 +120,7 @@ TEST_F(RegistryLibraryContract, Ordinal11ReadsAValue) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal13RemovesAValue) {
-  const auto remove = Get<DeleteValue>(13);
+  const auto remove = Get<13>();
   ASSERT_NE(remove, nullptr);
   SetNumber(u"Number", 42);
   EXPECT_EQ(remove(key, u"Number"), ERROR_SUCCESS);
@@ -151,7 +129,7 @@ TEST_F(RegistryLibraryContract, Ordinal13RemovesAValue) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal15WritesAValue) {
-  const auto set = Get<SetValue>(15);
+  const auto set = Get<15>();
   ASSERT_NE(set, nullptr);
   const std::uint32_t number = 0x12345678;
   EXPECT_EQ(set(key, u"Number", 0, REG_DWORD, &number, 4), ERROR_SUCCESS);
@@ -161,7 +139,7 @@ TEST_F(RegistryLibraryContract, Ordinal15WritesAValue) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal17ListsValues) {
-  const auto list = Get<EnumValue>(17);
+  const auto list = Get<17>();
   ASSERT_NE(list, nullptr);
   SetNumber(u"Number", 42);
   char16_t name[10] = {};
@@ -181,7 +159,7 @@ TEST_F(RegistryLibraryContract, Ordinal17ListsValues) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal19CountsSubKeysAndValues) {
-  const auto tell = Get<QueryInfo>(19);
+  const auto tell = Get<19>();
   ASSERT_NE(tell, nullptr);
   Make(u"One");
   Make(u"Three");
@@ -206,7 +184,7 @@ TEST_F(RegistryLibraryContract, Ordinal19CountsSubKeysAndValues) {
 }
 
 TEST_F(RegistryLibraryContract, Ordinal20Answers0) {
-  const auto unknown = Get<Unknown>(20);
+  const auto unknown = Get<20>();
   ASSERT_NE(unknown, nullptr);
   EXPECT_EQ(unknown(1), 0);
 }

@@ -142,8 +142,8 @@ TEST_F(RegistryValues, SetReplacesAValueOfAnyType) {
 }
 
 TEST_F(RegistryValues, EveryTypeComesBackAsItWasWritten) {
-  for (const std::uint32_t type :
-       {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, 0x80001234u}) {
+  for (const std::uint32_t type : {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD,
+                                   REG_DWORD_BIG_ENDIAN, REG_MULTI_SZ, 0x80001234u}) {
     SetBytes(u"Value", type, "a\0b\0"sv);
     std::uint32_t stored = ~type;
     EXPECT_EQ(registry.RegQueryValueExW(key, u"Value", &stored, nullptr, nullptr), ERROR_SUCCESS);

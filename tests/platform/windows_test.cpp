@@ -148,6 +148,7 @@ TEST_F(Windows, AWindowIsOneUntilItsLastMessage) {
 TEST_F(Windows, WhatIsNoWindowIsNone) {
   EXPECT_FALSE(windowing.IsWindow(HWND{}));
   EXPECT_FALSE(windowing.IsWindow(HWND{0x7FFFFFF0}));
+  EXPECT_FALSE(windowing.IsWindow(HWND{~std::uint64_t{0}}));
 }
 
 TEST_F(Windows, AWindowThatIsGoneCannotBeDestroyed) {

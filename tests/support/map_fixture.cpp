@@ -85,7 +85,11 @@ namespace {
 platform::ProcessWide<std::vector<HWND>> g_closedWindows;
 
 LRESULT NoteClosing(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_CLOSE) g_closedWindows.get().push_back(window);
+  if (message == WM_CLOSE) {
+    g_closedWindows.get().push_back(window);
+    EXPECT_EQ(wParam, 0U);
+    EXPECT_EQ(lParam, 0);
+  }
   return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
 }
 
