@@ -83,11 +83,6 @@ char32_t TakeUtf8(std::string_view& bytes) {
   return lead.bits;
 }
 
-char16_t AsciiUpper(char16_t character) {
-  const bool isLower = character >= u'a' && character <= u'z';
-  return isLower ? static_cast<char16_t>(character - u'a' + u'A') : character;
-}
-
 }  // namespace
 
 std::u16string TextFromUtf16Le(std::span<const std::byte> bytes) {

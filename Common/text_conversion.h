@@ -23,6 +23,12 @@ std::string Utf16LeFromText(std::u16string_view text);
 std::string Utf8FromText(std::u16string_view text);
 std::u16string TextFromUtf8(std::string_view bytes);
 
+// `character`, if it is one of a to z in its upper case.
+constexpr char16_t AsciiUpper(char16_t character) {
+  const bool isLower = character >= u'a' && character <= u'z';
+  return isLower ? static_cast<char16_t>(character - u'a' + u'A') : character;
+}
+
 // Whether the texts differ in nothing but the case of A to Z: how option names and keywords of the
 // suite are compared. Names that the user sees go through lstrcmpiW.
 bool EqualsIgnoringAsciiCase(std::u16string_view left, std::u16string_view right);

@@ -8,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include "Common/text_conversion.h"
 #include "platform/owned.h"
 #include "profile/blanks.h"
 
@@ -44,11 +45,6 @@ const char* EndOfText(const char* at, const char* end) {
   return std::find_if(at, end, [](char byte) { return byte == '\n' || byte == ';'; });
 }
 
-char16_t Folded(char16_t character) {
-  const bool isUpper = character >= u'A' && character <= u'Z';
-  return isUpper ? static_cast<char16_t>(character - u'A' + u'a') : character;
-}
-
 // False when the line has no equals sign or nothing on one of its sides: it is no key line.
 template <class View>
 bool Split(View line, View& name, View& value) {
@@ -59,8 +55,7 @@ bool Split(View line, View& name, View& value) {
   return !name.empty() && !value.empty();
 }
 
-// 0 when the file's size isn't known; empty and unknown come to the same. So does a file of just
-// under 4 GiB, whose size reads like a failure.
+// 0 when the file's size isn't known; empty and unknown come to the same.
 std::uint64_t SizeOf(HANDLE file) {
   std::uint32_t high = 0;
   const std::uint32_t low = Os().files.GetFileSize(file, &high);
@@ -80,6 +75,19 @@ bool ReadAll(HANDLE file, char* buffer, std::size_t length) {
 }
 
 }  // namespace
+
+void Widen(std::string_view bytes, std::u16string& text) {
+  text.clear();
+  Append(text, bytes);
+}
+
+bool EqualsText(std::string_view bytes, std::u16string_view text) {
+  return std::equal(bytes.begin(), bytes.end(), text.begin(), text.end(),
+                    [](char byte, char16_t character) {
+                      const char16_t widened = CharacterOf(byte);
+                      return widened == character || AsciiUpper(widened) == AsciiUpper(character);
+                    });
+}
 
 int CDatTextFile::Open(const std::u16string& path) {
   m_pBuffer.reset();
@@ -107,7 +115,7 @@ int CDatTextFile::FindSection(std::u16string_view name) {
   std::string_view line;
   while (NextLine(line)) {
     if (line.size() == name.size() + 2 && line.front() == '[' && line.back() == ']' &&
-        IsText(line.substr(1, name.size()), name))
+        EqualsText(line.substr(1, name.size()), name))
       return 1;
   }
   return 0;
@@ -121,7 +129,7 @@ int CDatTextFile::FindKey(std::u16string_view name, std::u16string& value) {
   do {
     result = FindKeyInPlace(name, found);
   } while (result == 1 && !canBeKey);
-  TakeText(found, value);
+  Widen(found, value);
   return result;
 }
 
@@ -134,26 +142,13 @@ int CDatTextFile::FindKeyInPlace(std::u16string_view name, std::string_view& val
     // at both of its ends, which no header has. So keys behind a later header are found as if they
     // stood in the section that was looked for. This is known and kept.
     if (line.front() == '[' && line.back() == '[') return 0;
-    if (!IsText(line.substr(0, name.size()), name)) continue;
+    if (!EqualsText(line.substr(0, name.size()), name)) continue;
     const std::string_view rest = TrimLeft(line.substr(name.size()));
     if (!rest.starts_with('=')) continue;
     value = TrimLeft(rest.substr(1));
     if (!value.empty()) return 1;
   }
   return 0;
-}
-
-void CDatTextFile::TakeText(std::string_view bytes, std::u16string& text) {
-  text.clear();
-  Append(text, bytes);
-}
-
-bool CDatTextFile::IsText(std::string_view bytes, std::u16string_view text) {
-  return std::equal(bytes.begin(), bytes.end(), text.begin(), text.end(),
-                    [](char byte, char16_t character) {
-                      const char16_t widened = CharacterOf(byte);
-                      return widened == character || Folded(widened) == Folded(character);
-                    });
 }
 
 int CDatTextFile::ReadLine(std::u16string& line) {

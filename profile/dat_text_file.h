@@ -9,9 +9,14 @@
 
 namespace vgl {
 
-// A data file, held whole in memory and read forward; only FindSection goes back. Each byte is a
-// character by sign extension (0x80 to 0xFF become U+FF80 to U+FFFF): no code page is applied, the
-// files are ASCII. Nothing of a file is reported as wrong.
+// The bytes of such a file as text, in place of what `text` holds: each byte is a character by sign
+// extension (0x80 to 0xFF become U+FF80 to U+FFFF). No code page is applied, the files are ASCII.
+void Widen(std::string_view bytes, std::u16string& text);
+// Whether such bytes are that text, but for the case of A to Z.
+bool EqualsText(std::string_view bytes, std::u16string_view text);
+
+// A data file, held whole in memory and read forward; only FindSection goes back. Texts
+// are those of Widen. Nothing of a file is reported as wrong.
 //
 // Names compare without regard to the case of A to Z. Outputs are emptied first; a name given must
 // not lie inside an output of the same call.
@@ -22,8 +27,9 @@ class CDatTextFile {
   CDatTextFile& operator=(const CDatTextFile&) = delete;
 
   // Reads the file and closes it again; nobody may write to it meanwhile. 1 when it was read and
-  // isn't empty. 0 when there is no path, no such file, nothing in it, no memory for it, or when it
-  // can't be opened or read; the object is empty then, whatever it held before.
+  // isn't empty (a file whose size has 0xFFFFFFFF as its lower half can't be told from an unknown
+  // one, and isn't read). 0 when there is no path, no such file, nothing in it, no memory for it,
+  // or when it can't be opened or read; the object is empty then, whatever it held before.
   int Open(const std::u16string& path);
 
   // Goes behind the first header line "[name]", looking from the top of the file. 1 when there is
@@ -32,17 +38,14 @@ class CDatTextFile {
   int FindSection(std::u16string_view name);
 
   // The value of the next line with that key. The position is behind that line then, so that the
-  // next call gives the next one. 1 when there is one; 0 at the end of the search (which a section
-  // header is not, see the source) and for an empty name.
+  // next call gives the next one. 1 when there is one; 0 for an empty name and at the end of the
+  // search: that is the end of the file, or a line with an opening bracket at both of its ends, as
+  // "[", "[[" or "[end["; another call goes on behind such a line. A section's header ends nothing.
   int FindKey(std::u16string_view name, std::u16string& value);
 
   // The same without a copy: the value's bytes, which lie in this object until it is opened anew.
   // `name` must be one that a key can have: without outer blanks and without an equals sign.
   int FindKeyInPlace(std::u16string_view name, std::string_view& value);
-  // Such bytes as text, in place of what `text` holds.
-  static void TakeText(std::string_view bytes, std::u16string& text);
-  // Whether such bytes are that text, but for the case of A to Z.
-  static bool IsText(std::string_view bytes, std::u16string_view text);
 
   // The next line that isn't empty without its comment and its outer blanks, without them. 0 at the
   // end of the file.

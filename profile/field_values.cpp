@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Common/text_conversion.h"
 #include "platform/registry.h"
 #include "profile/blanks.h"
 
@@ -50,11 +51,6 @@ std::u16string_view WithSingleQuotes(std::u16string_view field, std::u16string& 
     field.remove_prefix(pair + kPair.size());
   }
   return text.append(field);
-}
-
-char16_t AsciiUpper(char16_t character) {
-  const bool isLower = character >= u'a' && character <= u'z';
-  return isLower ? static_cast<char16_t>(character - u'a' + u'A') : character;
 }
 
 bool ContainsInAnyCase(std::u16string_view text, std::u16string_view upperWord) {

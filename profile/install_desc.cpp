@@ -75,8 +75,8 @@ int CInstallDesc::Load(const std::u16string& sadatPath, const FolderFinder& find
   RemoveAll();
   // A report tells all that the file describes.
   const bool isForAll = !m_Question || g_hInstallReportWnd != HWND{};
-  const int result =
-      isForAll ? Read(sadatPath, findFolder) : ReadFor(*m_Question, sadatPath, findFolder);
+  int result = isForAll ? Read(sadatPath, findFolder) : ReadFor(*m_Question, sadatPath, findFolder);
+  if (m_Question && Find(m_Question->keyPath, m_Question->valueName) == nullptr) result = 0;
   if (result != 1) RemoveAll();
   return result;
 }

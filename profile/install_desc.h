@@ -18,8 +18,8 @@ class CInstallDesc {
  public:
   CInstallDesc() = default;
   // For one question, which is what a reader of a setting has: a load passes over what doesn't
-  // answer it, and gives 1 when something does. (While reports are wanted it keeps everything, as a
-  // load without a question.) Both texts must outlive the object.
+  // answer it, and gives 1 only when something does. (While reports are wanted it keeps everything,
+  // as a load without a question.) Both texts must outlive the object.
   CInstallDesc(std::u16string_view keyPath, std::u16string_view valueName)
       : m_Question(Question{keyPath, valueName}) {}
   CInstallDesc(const CInstallDesc&) = delete;
@@ -27,11 +27,12 @@ class CInstallDesc {
   virtual ~CInstallDesc() = default;
 
   // Each finds a SADat file, reads it, and closes it again. 1 when it describes at least one key
-  // and one value; otherwise 0, and the object is empty, whatever it held before. Texts may be
-  // null, which counts as empty and finds nothing; how a file is found, and what a printer's name
-  // stands for beside a handle, is told by CDrvFileLocator. DRIVERDIR in the file is the driver's
-  // folder; without one nothing is described. For LoadByVif it is FolderOfVif, and without one the
-  // numbers are described all the same.
+  // and one value (of an object for one question: the value asked for); otherwise 0, and the object
+  // is empty, whatever it held before. Texts may be null, which counts as empty and finds nothing;
+  // how a file is found, and what a printer's name stands for beside a handle, is told by
+  // CDrvFileLocator. DRIVERDIR in the file is the driver's folder; without one nothing is
+  // described. For LoadByVif it is FolderOfVif, and without one the numbers are described all the
+  // same.
   int LoadByPrinter(const char16_t* printer);
   int LoadByHandle(platform::HPRINTER handle, const char16_t* printer);
   int LoadByVif(const char16_t* vifPath);

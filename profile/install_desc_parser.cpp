@@ -102,14 +102,7 @@ bool MayBeFor(std::u16string_view valueName, std::string_view line) {
   name.remove_prefix(1);
   if (name.starts_with('"')) return true;
   return name.size() > valueName.size() && name[valueName.size()] == '"' &&
-         CDatTextFile::IsText(name.substr(0, valueName.size()), valueName);
-}
-
-// Whether the line would be for a value of that name, if it is accepted.
-bool IsFor(std::u16string_view valueName, std::u16string_view line, std::u16string& room) {
-  CFieldWalker fields(line);
-  fields.Skip();
-  return EqualsIgnoringAsciiCase(Unquote(Trim(fields.Next(room))), valueName);
+         EqualsText(name.substr(0, valueName.size()), valueName);
 }
 
 bool NamesTheSame(const CRegEnterEntry& left, const CRegEnterEntry& right) {
@@ -164,19 +157,18 @@ int ParseEntryFor(std::u16string_view tag, std::u16string_view valueName, CDatTe
   if (file.FindSection(kSection) != 1) return 0;
   std::string_view bytes;
   std::u16string line;
-  std::u16string room;
   while (file.FindKeyInPlace(u"REGENTER", bytes) == 1) {
     const bool isFound = entries.Count() > 0;
     if (!isFound && !MayBeFor(valueName, bytes)) continue;
-    CDatTextFile::TakeText(bytes, line);
-    if (!isFound && !IsFor(valueName, line, room)) continue;
+    Widen(bytes, line);
     auto entry = EnterEntryOf(line, driverDir);
     if (entry == nullptr) continue;
     if (isFound) {
       // What was found stays what it is as soon as another value follows.
       if (!NamesTheSame(*entries.Last(), *entry)) break;
       entries.RemoveLast();
-    } else if (!EqualsIgnoringAsciiCase(entry->m_csTag, tag)) {
+    } else if (!EqualsIgnoringAsciiCase(entry->m_csName, valueName) ||
+               !EqualsIgnoringAsciiCase(entry->m_csTag, tag)) {
       continue;
     }
     entries.Append(std::move(entry));
@@ -195,6 +187,7 @@ std::u16string ExpandValue(std::u16string_view value, std::u16string_view driver
   const bool isDriverDir = word != std::u16string_view::npos;
   if (!isDriverDir) word = value.find(kSystemDir);
   if (word == std::u16string_view::npos) return std::u16string(Unquote(value));
+  static_assert(kDriverDir.size() == kSystemDir.size());
   const std::u16string_view text = Appended(value.substr(word + kDriverDir.size()));
   if (text.empty()) return {};
   std::u16string folder = isDriverDir ? std::u16string(driverDir) : SystemDirectory();

@@ -22,8 +22,9 @@ int ParsePaths(CDatTextFile& file, CRegPathList& list);
 // list holds anything after that, otherwise 0.
 int ParseEntries(CDatTextFile& file, std::u16string_view driverDir, CRegEnterList& list);
 
-// The same for one question, which costs a fraction: the lists get what answers it, one entry at
-// most, and the rest of the file is passed over. Names ignore the case of A to Z.
+// The same for one question, which costs a fraction: the lists, which must be empty, get what
+// answers it, one entry at most, and the rest of the file is passed over. Names ignore the case of
+// A to Z.
 //
 // The first key of that path. The result is that of ParsePaths: 1 also when only other keys are
 // described.
@@ -34,7 +35,9 @@ int ParseEntryFor(std::u16string_view tag, std::u16string_view valueName, CDatTe
 
 // The text that a string's field stands for: the text between its quotes; the driver's folder for
 // DRIVERDIR, the system's folder for SYSTEMDIR, either with a text behind it as in
-// DRIVERDIR+"\x.exe". Empty for anything else, and for an empty folder of the driver.
+// DRIVERDIR+"\x.exe". Empty for anything else, and for an empty folder of the driver; where the
+// system doesn't tell its folder, the text behind the word stands alone. `value` has no outer
+// blanks.
 std::u16string ExpandValue(std::u16string_view value, std::u16string_view driverDir);
 
 }  // namespace vgl

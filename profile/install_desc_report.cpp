@@ -40,24 +40,32 @@ void AppendToCaption(HWND window, std::u16string_view report) {
 }
 
 template <class Entries>
-void Report(std::u16string_view begin, std::u16string_view none, const Entries& entries) {
-  const HWND window = g_hInstallReportWnd;
-  if (window == HWND{}) return;
-  std::u16string report(begin);
+std::u16string TextOf(std::u16string_view begin, std::u16string_view none, const Entries& entries) {
+  std::u16string text(begin);
   std::int32_t number = 0;
-  for (const auto& entry : entries) report += LineOf(entry, ++number);
-  if (number == 0) report += none;
-  AppendToCaption(window, report + kEnd);
+  for (const auto& entry : entries) text += LineOf(entry, ++number);
+  if (number == 0) text += none;
+  return text + kEnd;
 }
 
 }  // namespace
 
+std::u16string PathsReport(const CRegPathList::Entries& entries) {
+  return TextOf(u"/////path/////\r\n", u"None path data.\r\n", entries);
+}
+
+std::u16string EntriesReport(const CRegEnterList::Entries& entries) {
+  return TextOf(u"\r\n/////enter////\r\n", u"None enter data.\r\n", entries);
+}
+
 void ReportPaths(const CRegPathList::Entries& entries) {
-  Report(u"/////path/////\r\n", u"None path data.\r\n", entries);
+  const HWND window = g_hInstallReportWnd;
+  if (window != HWND{}) AppendToCaption(window, PathsReport(entries));
 }
 
 void ReportEntries(const CRegEnterList::Entries& entries) {
-  Report(u"\r\n/////enter////\r\n", u"None enter data.\r\n", entries);
+  const HWND window = g_hInstallReportWnd;
+  if (window != HWND{}) AppendToCaption(window, EntriesReport(entries));
 }
 
 }  // namespace vgl

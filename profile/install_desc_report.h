@@ -2,6 +2,8 @@
 // in any result.
 #pragma once
 
+#include <string>
+
 #include "platform/process_wide.h"
 #include "platform/types.h"
 #include "profile/install_desc_entries.h"
@@ -13,8 +15,12 @@ namespace vgl {
 // that handles its messages.
 extern platform::ProcessWideValue<platform::HWND> g_hInstallReportWnd;
 
-// Reports a list, line by line and with running numbers, in the suite's own form. Of the caption
-// that was there at most 1023 characters are kept; what the window refuses is lost.
+// A list line by line and with running numbers, in the suite's own form; lines end in CR LF.
+std::u16string PathsReport(const CRegPathList::Entries& entries);
+std::u16string EntriesReport(const CRegEnterList::Entries& entries);
+
+// Tells the window. Of the caption that was there at most 1023 characters are kept; what the window
+// refuses is lost.
 void ReportPaths(const CRegPathList::Entries& entries);
 void ReportEntries(const CRegEnterList::Entries& entries);
 

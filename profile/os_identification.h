@@ -18,7 +18,7 @@ namespace vgl {
 // Any other word holds nowhere. Blanks around the word are not taken off.
 int TestCondition(std::u16string_view word);
 
-// The NT family: what the driver set has for it is asked for, and otherwise what it has for others.
+// Whether this is the NT family. A driver set names files of its own for systems that aren't.
 bool IsNtFamily();
 // The NT family from version 5.0 on: where the registry library applies.
 bool IsWin2000OrLater();

@@ -86,6 +86,23 @@ TEST_F(DatOpen, AReadThatFailsLeavesTheObjectEmpty) {
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 
+TEST_F(DatOpen, ReadsThatGiveAFewBytesAreRepeatedUntilAllHaveCome) {
+  machine.files().WriteFile(u"C:\\Driver\\slow.sad", "[a]\nk=value\n");
+  machine.files().LimitReads(3);
+  ASSERT_EQ(file.Open(u"C:\\Driver\\slow.sad"), 1);
+  std::u16string value;
+  EXPECT_EQ(file.FindKey(u"k", value), 1);
+  EXPECT_EQ(value, u"value");
+}
+
+TEST_F(DatOpen, AReadThatGivesNothingLeavesTheObjectEmpty) {
+  machine.files().WriteFile(u"C:\\Driver\\slow.sad", "[a]\nk=value\n");
+  machine.files().LimitReads(0);
+  EXPECT_EQ(file.Open(u"C:\\Driver\\slow.sad"), 0);
+  std::u16string line;
+  EXPECT_EQ(file.ReadLine(line), 0);
+}
+
 TEST_F(DatOpen, AnUnknownSizeLeavesTheObjectEmpty) {
   Write("a");
   inside.process().FailNext("GetFileSize", ERROR_ACCESS_DENIED);

@@ -288,9 +288,9 @@ TEST_F(DatKeys, AValueInPlaceIsTheFilesBytes) {
   std::u16string value;
   EXPECT_EQ(file.FindKeyInPlace(u"K", bytes), 1);
   EXPECT_EQ(bytes, "\x80x");
-  EXPECT_TRUE(CDatTextFile::IsText(bytes, u"\uFF80X"));
-  EXPECT_FALSE(CDatTextFile::IsText(bytes, u"\uFF80XY"));
-  CDatTextFile::TakeText(bytes, value);
+  EXPECT_TRUE(EqualsText(bytes, u"\uFF80X"));
+  EXPECT_FALSE(EqualsText(bytes, u"\uFF80XY"));
+  Widen(bytes, value);
   EXPECT_EQ(value, u"\uFF80x");
   EXPECT_EQ(file.FindKeyInPlace(u"K", bytes), 0);
   EXPECT_EQ(bytes, "");

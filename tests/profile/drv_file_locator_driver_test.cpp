@@ -64,6 +64,21 @@ TEST_F(VifLocator, AVifThatNamesNoneHasNone) {
   }
 }
 
+TEST_F(VifLocator, OnTheNtFamilyKey52IsNoFallBack) {
+  WriteVif("[VersionInformation]\nDriverName=Sample\n[Sample]\n52=x.sad\n");
+  EXPECT_EQ(kLocator.GetSADatPathOfVif(kVif, &out), 0);
+  EXPECT_EQ(kLocator.GetSADatPathOfDriver(kDriver, &out), 0);
+  EXPECT_EQ(out, u"");
+}
+
+TEST_F(VifLocator, ElsewhereSADatIsNoFallBack) {
+  BeWindows9x();
+  WriteVif("[CommonDrvInfo]\nSADat=x.sad\n[VersionInformation]\nDriverName=Sample\n");
+  EXPECT_EQ(kLocator.GetSADatPathOfVif(kVif, &out), 0);
+  EXPECT_EQ(kLocator.GetSADatPathOfDriver(kDriver, &out), 0);
+  EXPECT_EQ(out, u"");
+}
+
 TEST_F(VifLocator, AVifThatIsntThereHasNothing) {
   EXPECT_EQ(kLocator.GetSADatPathOfVif(u"C:\\Set\\MISSING.VIF", &out), 0);
   EXPECT_EQ(out, u"");

@@ -272,9 +272,10 @@ TEST_F(DrvFileLocator, ByAHandleNothingIsOpened) {
   Close(handle);
 }
 
-TEST_F(DrvFileLocator, ARightToUseThePrinterIsEnough) {
+TEST_F(DrvFileLocator, ARightToUseThePrinterIsAllItAsksFor) {
   machine.spooler().MakeAccessDenied(kPrinter);
-  EXPECT_EQ(SADatPath(), kSADat);
+  EXPECT_EQ(kLocator.GetSADatPath(kPrinter, &out), 1);
+  EXPECT_EQ(machine.spooler().lastDesiredAccess, 8U);
 }
 
 TEST_F(DrvFileLocator, ThePrintersNameBesideAHandleDoesntMatter) {

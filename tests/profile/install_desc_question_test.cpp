@@ -23,7 +23,7 @@ class InstallQuestion : public DriverSetTest {
     CInstallDesc description(path, name);
     const int result = description.LoadByVif(kVif);
     Answer answer = Ask(description, path, name);
-    EXPECT_TRUE(result == 1 || answer == Answer{});
+    EXPECT_EQ(result == 1, answer != Answer{});  // no test here describes a number of -1
     return answer;
   }
 };
@@ -50,6 +50,22 @@ TEST_F(InstallQuestion, ALoadTellsWhetherItIs) {
   EXPECT_EQ(CInstallDesc(u"", u"").LoadByPrinter(kPrinter), 0);
 }
 
+TEST_F(InstallQuestion, WithoutTheDriversFolderNotEvenANumberAnswersIt) {
+  SetDriver(std::nullopt, kVif);
+  machine.files().WriteFile(kBareSADat, "[Install]\n" + std::string(kSample));
+  Describe(kSample);
+  CInstallDesc byPrinter(u"X", u"N");
+  EXPECT_EQ(byPrinter.LoadByPrinter(kPrinter), 0);
+  EXPECT_EQ(byPrinter.GetRegDword(u"X", u"N"), -1);
+  CInstallDesc byDriver(u"X", u"N");
+  EXPECT_EQ(byDriver.LoadByDriver(kDriver), 0);
+  // A VIF without a folder leaves the numbers.
+  machine.files().WriteFile(u"C:\\Set\\sample.vif", "[CommonDrvInfo]\nSADat=sample.sad\n");
+  CInstallDesc byVif(u"X", u"N");
+  EXPECT_EQ(byVif.LoadByVif(u"C:\\Set\\sample.vif"), 1);
+  EXPECT_EQ(byVif.GetRegDword(u"X", u"N"), 1);
+}
+
 // Who reads the open-printer log sees no difference.
 TEST_F(InstallQuestion, ThePrinterIsOpenedAsOftenAsForTheWhole) {
   const auto openings = [this](std::u16string_view path) {
@@ -69,7 +85,8 @@ std::string RandomLines(std::mt19937& random) {
   };
   std::string lines;
   for (std::uint32_t count = random() % 16; count > 0; --count) {
-    const std::string tag = one({"A", "A", "A", "a", "B", "\"A\"", ""});
+    const std::string tag =
+        one({"A", "A", "A", "a", "B", "\"A\"", "", "\"A,B\"", "A\"\"", "\"A\"\"\""});
     switch (random() % 8) {
       case 0:
       case 1:
@@ -81,10 +98,11 @@ std::string RandomLines(std::mt19937& random) {
       default:
         lines += "REGENTER=" + tag + ", " +
                  one({"\"N\"", "\"N\"", "\"n\"", "\"M\"", "\"N\"\"M\"", "N", "\"N", "\"\"N\"\"",
-                      "\"N\"\"", "\t\"N\" ", "\"N\"x", "\"N \""}) +
+                      "\"N\"\"", "\t\"N\" ", "\"N\"x", "\"N \"", "\"N,M\"", "\" N\"", "\"\xE4\""}) +
                  "," +
-                 one({"1", "2", "\"s\"", "\"t\"", "DRIVERDIR", "DRIVERDIR+\"\\d\"", "\"\"", ""}) +
-                 one({"", "", ", WINNT", ", WIN9X", ", WIN9X, ALL", ",,WIN9X"});
+                 one({"1", "2", "\"s\"", "\"t\"", "DRIVERDIR", "DRIVERDIR+\"\\d\"", "\"\"", "",
+                      "SYSTEMDIR", "driverdir", "systemdir+\"x\"", "\"", "DRIVERDIR+\"\\a,b\""}) +
+                 one({"", "", ", WINNT", ", WIN9X", ", WIN9X, ALL", ",,WIN9X", ", \"WIN9X"});
     }
     lines += '\n';
   }
@@ -100,7 +118,8 @@ TEST_F(InstallQuestion, IsAnsweredAsTheWholeDescriptionAnswersIt) {
     CInstallDesc whole;
     whole.LoadByVif(kVif);
     for (const char16_t* path : {u"X", u"Y"}) {
-      for (const char16_t* name : {u"N", u"M", u"N\"M"}) {
+      for (const char16_t* name :
+           {u"N", u"n", u"M", u"N\"M", u"N,M", u"N ", u" N", u"\uFFE4", u""}) {
         const Answer answer = Ask(whole, path, name);
         ASSERT_EQ(AskForThis(path, name), answer) << "seed " << seed << "\n" << lines;
         if (answer != Answer{}) ++answered;

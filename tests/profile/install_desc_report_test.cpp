@@ -157,6 +157,13 @@ TEST_F(InstallReport, WithoutAWindowNothingIsAskedOfTheSystem) {
   EXPECT_EQ(CallsOf([&] { ParsePaths(file, list); }), 2U);
 }
 
+TEST_F(InstallReport, DoesntChangeTheResultOfAQuestion) {
+  Describe(kLines);
+  RegisterWindow(u"");
+  EXPECT_EQ(CInstallDesc(u"Software\\KAVRO", u"Version").LoadByPrinter(kPrinter), 1);
+  EXPECT_EQ(CInstallDesc(u"Software\\KAVRO", u"nothing").LoadByPrinter(kPrinter), 0);
+}
+
 TEST_F(InstallReport, DoesntChangeTheResult) {
   Describe(kLines);
   CInstallDesc silent;

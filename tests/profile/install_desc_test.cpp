@@ -269,6 +269,34 @@ TEST_F(InstallLoading, ByAVifWithoutAFolderNumbersAreReadAndStringsDropped) {
   EXPECT_EQ(description.GetRegString(kKey, u"ModelID"), u"");
 }
 
+TEST_F(InstallLoading, AVifWithoutABackslashHasNoFolder) {
+  machine.files().WriteFile(u"C:\\Windows\\S.VIF", "[CommonDrvInfo]\nSADat=sample.sad\n");
+  machine.files().WriteFile(kBareSADat,
+                            "[Install]\nREGPATH = A, \"HKEY_LOCAL_MACHINE\\X\"\n"
+                            "REGENTER = A, \"N\", 5\nREGENTER = A, \"S\", \"text\"\n");
+  EXPECT_EQ(description.LoadByVif(u"S.VIF"), 1);
+  EXPECT_EQ(description.GetRegDword(u"X", u"N"), 5);
+  EXPECT_EQ(description.GetRegString(u"X", u"S"), u"");
+}
+
+TEST_F(InstallLoading, TheWordsOfFoldersStandInLinesInAnyCaseWhereTheyStandAlone) {
+  Describe(R"(
+REGPATH  = A, "HKEY_LOCAL_MACHINE\X"
+REGENTER = A, "driver", driverdir
+REGENTER = A, "system", SystemDir
+REGENTER = A, "file", SYSTEMDIR+"\x.exe"
+REGENTER = A, "lower", driverdir+"\x.exe"
+REGENTER = A, "comma", DRIVERDIR+"\a,b.exe"
+)");
+  EXPECT_EQ(description.LoadByPrinter(kPrinter), 1);
+  EXPECT_EQ(description.GetRegString(u"X", u"driver"), u"C:\\Set");
+  EXPECT_EQ(description.GetRegString(u"X", u"system"), u"C:\\Windows\\system32");
+  EXPECT_EQ(description.GetRegString(u"X", u"file"), u"C:\\Windows\\system32\\x.exe");
+  EXPECT_EQ(description.GetRegString(u"X", u"lower"), u"");
+  // The field begins with the word and no quote, so its first comma ends it, and the quote is open.
+  EXPECT_EQ(description.GetRegString(u"X", u"comma"), u"");
+}
+
 TEST_F(InstallLoading, ByAVifTheFolderIsThatOfTheVif) {
   machine.files().WriteFile(u"D:\\Other\\X.VIF", "[CommonDrvInfo]\nSADat=x.sad\n");
   machine.files().WriteFile(u"D:\\Other\\x.sad", std::string("[Install]\n") + kSample);
