@@ -1,7 +1,6 @@
 #include "Common/KVRDEFREGISTRY.h"
 
 #include "Common/reg_library.h"
-#include "Common/registry_operations.h"
 #include "platform/platform.h"
 
 namespace vgl {
@@ -10,7 +9,8 @@ using namespace platform;
 
 namespace {
 
-// The registry library in the place of the system's registry.
+// The registry library in the place of the system's registry. What the classes do with a registry
+// is in Common/REGISTRY.cpp.
 class LibraryRegistry final : public Registry {
  public:
   std::int32_t RegOpenKeyExW(HKEY parent, const char16_t* subKey, std::uint32_t access,
@@ -44,16 +44,14 @@ class LibraryRegistry final : public Registry {
     return CRegLibrary::RegDeleteKeyW(parent, subKey);
   }
 
-  std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name,
-                             std::uint32_t* chars) override {
-    EnumText keyClass;
-    std::uint32_t classChars = EnumText::capacity();
+  std::int32_t RegEnumKeyExW(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
+                             char16_t* keyClass, std::uint32_t* classChars) override {
     std::uint64_t written = 0;  // a FILETIME
-    return CRegLibrary::RegEnumKeyExW(key, index, name, chars, keyClass.buffer(), &classChars,
-                                      &written);
+    return CRegLibrary::RegEnumKeyExW(key, index, name, chars, keyClass, classChars, &written);
   }
 
-  // The library is asked for the name alone when it enumerates; the rest is a query for that name.
+  // The suite hands ordinal 17 no room for type and data, only for the name; those are asked for by
+  // that name, of ordinal 11.
   std::int32_t RegEnumValueW(HKEY key, std::uint32_t index, char16_t* name, std::uint32_t* chars,
                              std::uint32_t* type, void* data, std::uint32_t* bytes) override {
     const std::int32_t error = CRegLibrary::RegEnumValueW(key, index, name, chars);
@@ -66,11 +64,9 @@ class LibraryRegistry final : public Registry {
 
 }  // namespace
 
-Registry& KvRdefRegistry() {
+Registry& RegistryInUse() {
   static LibraryRegistry library;
   return g_bRegLibraryMode != 0 ? library : SystemRegistry();
 }
-
-template class RegistryOperations<KvRdefRegistry, CRegistry>;
 
 }  // namespace vgl

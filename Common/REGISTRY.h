@@ -10,7 +10,7 @@
 
 namespace vgl {
 
-// What such an object holds.
+// What such an object holds, in the suite's order, behind the pointer to the virtual functions.
 struct RegistryFields {
   RegistryFields() = default;
   RegistryFields(const RegistryFields&) = delete;
@@ -27,8 +27,9 @@ struct RegistryFields {
 //
 // An object belongs to one thread. Access is a mask of the registry's rights, 0 asks for the
 // default of the operation. A null or empty value name is the key's default value; a null or empty
-// sub-key is the key itself, unless it is to be deleted. Sizes are in bytes. On a closed object a
-// read gives its default, a write false, and the registry isn't asked. No failure throws.
+// sub-key is the key itself. Sizes are in bytes. On a closed object a read gives its default, a
+// write false, and the registry isn't asked. No failure throws, but where the memory for a text is
+// missing: that ends the process, as everywhere in the agent.
 template <platform::Registry& (*Road)(), class Base>
 class RegistryOperations : public Base {
  public:
@@ -40,6 +41,9 @@ class RegistryOperations : public Base {
   // Creates the key (with all rights), or opens it (to read).
   RegistryOperations(platform::HKEY root, const char16_t* subKey, bool create,
                      std::uint32_t access = 0);
+  // An access has no business in the flag's place.
+  RegistryOperations(platform::HKEY root, const char16_t* subKey, std::uint32_t access,
+                     std::uint32_t = 0) = delete;
   ~RegistryOperations() override { Close(); }
 
   // On an object that is open these two are a programming error and end the process.
@@ -60,8 +64,14 @@ class RegistryOperations : public Base {
   std::u16string EnumValueData(std::uint32_t index) const;
   std::u16string EnumValue(std::uint32_t index, std::u16string& outName) const;
 
-  // Deletes a sub-key with all below it; what lies below is opened with this object's access. Ends
-  // at the first that can't be deleted; what was deleted until then is gone.
+  // Deletes a sub-key with all below it; what lies below is opened with this object's access. After
+  // the first that can't be deleted only the keys above it are tried, which the registry refuses
+  // while there is anything below them. What was deleted until then is gone.
+  //
+  // Beware of a null or empty sub-key, which is this object's own key: all keys below it go,
+  // whatever the result, be it a whole branch. The key itself then goes too if the registry takes
+  // such a name for it: the system's takes an empty one and refuses null, and the registry library
+  // is handed null for either.
   bool DeleteKeyTree(const char16_t* subKey);
   bool DeleteValue(const char16_t* name);
 
@@ -89,16 +99,19 @@ class RegistryOperations : public Base {
   std::uint32_t GetSize(const char16_t* name) const;
   // A new buffer of GetSize bytes that holds the value; null when that is 0 or it can't be read.
   std::unique_ptr<std::uint8_t[]> GetBinaryAlloc(const char16_t* name) const;
-  // Reads GetSize bytes into `buffer`, which must have room for them. False when it is null, the
-  // size 0, or the value can't be read; what the buffer holds is undefined then.
+  // Reads the whole value into `buffer`, which must have room for what it has at the time of this
+  // call: another program may have made it longer than GetSize told before. False when it is null,
+  // the size 0, or the value can't be read; what the buffer holds is undefined then.
   bool GetBinary(const char16_t* name, void* buffer) const;
   bool SetBinary(const char16_t* name, const void* data, std::uint32_t length);
 
  private:
-  // Both take over the key, or leave the object closed.
+  // Both set m_Access, and what Take does.
   bool OpenKey(platform::HKEY root, const char16_t* subKey, std::uint32_t access);
   bool CreateKey(platform::HKEY root, const char16_t* subKey, std::uint32_t access,
                  std::uint32_t* disposition);
+  // Takes over a key that was opened without an error; otherwise leaves the object closed.
+  bool Take(std::int32_t error, platform::HKEY key);
   // False when the value can't be read or has more than `*bytes` bytes; out: how many it has.
   bool Read(const char16_t* name, void* data, std::uint32_t* bytes) const;
 };

@@ -34,10 +34,9 @@ std::vector<Info> AskSpooler(const Ask& ask) {
   std::uint32_t needed = 0;
   ask(nullptr, 0, &needed);
   if (needed < sizeof(Info)) return {};
-  // Whole structures, so that the first one is aligned.
+  // Whole structures, so that the first one is aligned; what is needed fits among them.
   std::vector<Info> buffer(needed / sizeof(Info) + 1);
-  const auto room = static_cast<std::uint32_t>(buffer.size() * sizeof(Info));
-  if (!ask(buffer.data(), room, &needed)) return {};
+  if (!ask(buffer.data(), needed, &needed)) return {};
   return buffer;
 }
 

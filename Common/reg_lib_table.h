@@ -1,6 +1,7 @@
 // The exports of the registry library, and the tables that they are bound in.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -35,6 +36,10 @@ template <class Char>
 inline constexpr std::size_t kRegSlots = kRegExports.size();
 template <>
 inline constexpr std::size_t kRegSlots<char16_t> = kRegExports.size() - 2;
+template <RegExport Export>
+inline constexpr auto kRegSlotOf = static_cast<std::size_t>(std::find(kRegExports.begin(),
+                                                                      kRegExports.end(), Export) -
+                                                            kRegExports.begin());
 
 // What an export is called as: the system's own parameters. Pointers to what the agent never has
 // (security attributes) or doesn't look into (a FILETIME) are void.
@@ -102,38 +107,31 @@ struct RegExportShape<Char, RegExport::Unknown20> {
 
 // The addresses of the exports, as functions that take texts of `Char`: char (eleven slots) or
 // char16_t (nine). It is bound whole or not at all.
+//
+// Both tables hold the same exports, and a library takes texts of one width. The suite's takes wide
+// ones: of its table A only CloseKey and Unknown20, which have no text, may be called.
 template <class Char>
 class CRegLibTable {
  public:
-  // 1 when the library gives all exports of this table; otherwise 0, and the table is empty.
-  std::int32_t Bind(platform::HMODULE library) {
+  // When the library lacks an export of this table, all of it is empty.
+  void Bind(platform::HMODULE library) {
     for (std::size_t slot = 0; slot < m_slots.size(); ++slot) {
       m_slots[slot] = platform::Os().modules.GetProcAddress(
           library, static_cast<std::uint16_t>(kRegExports[slot]));
-      if (m_slots[slot] != nullptr) continue;
-      Clear();
-      return 0;
+      if (m_slots[slot] == nullptr) return Clear();
     }
-    return 1;
   }
 
   void Clear() { m_slots = {}; }
 
   // Null when the table is empty.
   template <RegExport Export>
-  auto Get() const {
+  auto Get() const requires(kRegSlotOf<Export> < kRegSlots<Char>) {
     return reinterpret_cast<typename RegExportShape<Char, Export>::Function>(
-        m_slots[SlotOf<Export>()]);
+        m_slots[kRegSlotOf<Export>]);
   }
 
  private:
-  template <RegExport Export>
-  static constexpr std::size_t SlotOf() {
-    std::size_t slot = 0;
-    while (kRegExports[slot] != Export) ++slot;
-    return slot;
-  }
-
   std::array<platform::ExportedFunction, kRegSlots<Char>> m_slots{};
 };
 

@@ -1,12 +1,13 @@
 // The driver package's registry library: on the systems that it is for, the agent reaches the
 // driver's branch of the registry through it alone.
 //
-// The library is closed. Its exports have the shape of the system's registry functions (the wide
-// ones) and are found by ordinal (Common/reg_lib_table.h). It is loaded once for the process, at
-// start-up, and freed at its end, both on the main thread; nothing is locked.
+// The library is closed. Its exports have the shape of the system's registry functions, the suite's
+// that of the wide ones, and are found by ordinal (Common/reg_lib_table.h). It is loaded once for
+// the process, at start-up, and freed at its end, both on the main thread; nothing is locked.
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "Common/reg_lib_loader.h"
 
@@ -42,23 +43,39 @@ class CRegLibrary {
   // Otherwise 1 or 0: whether the library is loaded. One that lacks exports stays loaded, and the
   // wrappers of the table that couldn't be bound all give kRegNotBound.
   template <class Char>
-  static std::int32_t LoadByPrinter(const Char* printer);
+  static std::int32_t LoadByPrinter(const Char* printer) {
+    return Load(RegLibStart::Printer, printer);
+  }
   template <class Char>
-  static std::int32_t LoadByDriver(const Char* driver);
+  static std::int32_t LoadByDriver(const Char* driver) {
+    return Load(RegLibStart::Driver, driver);
+  }
   template <class Char>
-  static std::int32_t LoadByVif(const Char* vifPath);
+  static std::int32_t LoadByVif(const Char* vifPath) {
+    return Load(RegLibStart::Vif, vifPath);
+  }
   template <class Char>
-  static std::int32_t LoadByPath(const Char* libraryPath);
+  static std::int32_t LoadByPath(const Char* libraryPath) {
+    return Load(RegLibStart::Library, libraryPath);
+  }
 
   // The same where the object exists already; 0 where it doesn't.
   template <class Char>
-  static std::int32_t ReloadByPrinter(const Char* printer);
+  static std::int32_t LoadExistingByPrinter(const Char* printer) {
+    return LoadExisting(RegLibStart::Printer, printer);
+  }
   template <class Char>
-  static std::int32_t ReloadByDriver(const Char* driver);
+  static std::int32_t LoadExistingByDriver(const Char* driver) {
+    return LoadExisting(RegLibStart::Driver, driver);
+  }
   template <class Char>
-  static std::int32_t ReloadByVif(const Char* vifPath);
+  static std::int32_t LoadExistingByVif(const Char* vifPath) {
+    return LoadExisting(RegLibStart::Vif, vifPath);
+  }
   template <class Char>
-  static std::int32_t ReloadByPath(const Char* libraryPath);
+  static std::int32_t LoadExistingByPath(const Char* libraryPath) {
+    return LoadExisting(RegLibStart::Library, libraryPath);
+  }
 
   // The wrappers: what the export gives, kRegNotBound where there is none to call. Sub-keys and
   // value names may be null; the library gets a copy of its own, and null for an empty one.
@@ -89,7 +106,8 @@ class CRegLibrary {
                                        std::uint32_t* longestName, std::uint32_t* longestData,
                                        std::uint32_t* securityBytes, void* written);
 
-  // By table A. The parameters are handed on as they come.
+  // By table A. The parameters are handed on as they come, texts as narrow ones: for a library that
+  // takes those. The suite's doesn't, so nobody calls these on it.
   static std::int32_t RegCreateKeyExA(platform::HKEY key, const char* subKey,
                                       std::uint32_t reserved, char* keyClass, std::uint32_t options,
                                       std::uint32_t access, void* security, platform::HKEY* result,
@@ -115,20 +133,33 @@ class CRegLibrary {
                                        std::uint32_t* longestClass, std::uint32_t* values,
                                        std::uint32_t* longestName, std::uint32_t* longestData,
                                        std::uint32_t* securityBytes, void* written);
-  // The one that both widths share.
+  // These two have no text: by table A, for a library of either width.
   static std::int32_t RegCloseKey(platform::HKEY key);
   // Gives kRegUnknown20NotBound where there is none to call.
   static std::int32_t Unknown20(std::int32_t argument);
 
-  const CRegLibLoaderA& narrow() const { return m_loaderA; }
-  const CRegLibLoaderW& wide() const { return m_loaderW; }
+  // The loader for texts of `Char`, with the table that it has bound.
+  template <class Char>
+  const CRegLibLoader<Char>& loader() const {
+    if constexpr (std::is_same_v<Char, char>)
+      return m_loaderA;
+    else
+      return m_loaderW;
+  }
 
  private:
-  // Null when there isn't the memory for it.
-  static CRegLibrary* Make();
+  CRegLibrary() = default;
+
+  // Makes the object where it is missing, unless there isn't the memory for it.
+  static void Make();
+  template <class Char>
+  static std::int32_t Load(RegLibStart start, const Char* input) {
+    Make();
+    return LoadExisting(start, input);
+  }
   // The loader of the input's width goes first; the other one only binds.
-  static std::int32_t Load(CRegLibrary* library, RegLibStart start, const char* input);
-  static std::int32_t Load(CRegLibrary* library, RegLibStart start, const char16_t* input);
+  static std::int32_t LoadExisting(RegLibStart start, const char* input);
+  static std::int32_t LoadExisting(RegLibStart start, const char16_t* input);
 
   CRegLibLoaderA m_loaderA;
   CRegLibLoaderW m_loaderW;

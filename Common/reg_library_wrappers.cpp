@@ -9,22 +9,10 @@ using namespace platform;
 
 namespace {
 
-// The table for texts of `Char`; null when there is no object.
-template <class Char>
-const CRegLibTable<Char>* TableOf(const CRegLibrary* library);
-template <>
-const CRegLibTableA* TableOf<char>(const CRegLibrary* library) {
-  return library == nullptr ? nullptr : &library->narrow().table();
-}
-template <>
-const CRegLibTableW* TableOf<char16_t>(const CRegLibrary* library) {
-  return library == nullptr ? nullptr : &library->wide().table();
-}
-
 template <class Char, RegExport Export, class... Arguments>
 std::int32_t Call(std::int32_t notBound, Arguments... arguments) {
-  const CRegLibTable<Char>* table = TableOf<Char>(g_pRegLibrary);
-  const auto function = table == nullptr ? nullptr : table->template Get<Export>();
+  if (g_pRegLibrary == nullptr) return notBound;
+  const auto function = g_pRegLibrary->loader<Char>().table().template Get<Export>();
   return function == nullptr ? notBound : function(arguments...);
 }
 

@@ -38,7 +38,7 @@ int FindTargetKey(const char16_t* name, bool isPort, PathText& outKey) {
   for (std::uint32_t index = 0;; ++index) {
     PathText subKey;
     std::uint32_t chars = PathText::capacity();
-    Os().registry.RegEnumKeyExW(branch.get(), index, subKey.buffer(), &chars);
+    Os().registry.RegEnumKeyExW(branch.get(), index, subKey.buffer(), &chars, nullptr, nullptr);
     if (subKey.empty()) return 1;
     if (RecordIsOf(branch.get(), subKey.c_str(), name))
       return FormatTo(outKey, u"%s\\%s", branchPath, subKey) ? 0 : 1;

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "Common/REGISTRY.h"
 #include "Common/fatal_error.h"
 #include "Common/fixed_text.h"
 #include "Common/printer_lookup.h"
@@ -39,19 +40,6 @@ std::int32_t SignedDecimal(std::u16string_view text) {
   }
   if (isNegative) return static_cast<std::int32_t>(-number);
   return static_cast<std::int32_t>(std::min<std::int64_t>(number, Limits::max()));
-}
-
-// The text of a value up to its first U+0000, whatever its type; empty when it can't be read.
-std::u16string StringValue(HKEY key, const char16_t* name) {
-  std::uint32_t bytes = 0;
-  if (Os().registry.RegQueryValueExW(key, name, nullptr, nullptr, &bytes) != ERROR_SUCCESS)
-    return {};
-  std::vector<std::byte> data(std::size_t{bytes} + 2);  // with a terminator
-  if (Os().registry.RegQueryValueExW(key, name, nullptr, data.data(), &bytes) != ERROR_SUCCESS)
-    return {};
-  std::u16string text = TextFromUtf16Le(data);
-  text.resize(text.find(u'\0'));
-  return text;
 }
 
 bool WasReadBefore(const std::vector<ParamFile>& files, const ParamFile& file) {
@@ -153,11 +141,8 @@ void CCmdLineInfo::SetOption(std::u16string_view name, std::u16string_view value
 void CCmdLineInfo::TakeNameOfRecord(std::u16string_view record) {
   PathText path;
   if (!FormatTo(path, u"%s\\%s", kDataBranch, record)) return;
-  OwnedKey key;
-  if (Os().registry.RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), KEY_READ, key.Out()) !=
-      ERROR_SUCCESS)
-    return;
-  m_szPrinterName = StringValue(key.get(), u"Name");
+  const CRegistry key(HKEY_CURRENT_USER, path.c_str(), false);
+  if (key.m_IsOpen != 0) m_szPrinterName = key.GetString(u"Name");
 }
 
 // Reads m_szFileName, as it stands or from the temp folder. A file of the temp folder that can't be

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstring>
+#include <map>
 #include <memory>
 
 #include "Common/reg_library.h"
@@ -23,6 +24,7 @@ constexpr char16_t kLibrary[] = u"C:\\Drivers\\R.DLL";
 constexpr std::array<std::uint16_t, 11> kOrdinals = {2, 4, 6, 7, 9, 11, 13, 15, 17, 19, 20};
 
 using Numbers = std::vector<std::uint64_t>;
+using Rooms = std::map<std::size_t, std::uint32_t>;  // by the argument's place
 
 // What both roads give alike is told in registry_keys_test.cpp and registry_values_test.cpp.
 class LibraryMode : public testing::Test {
@@ -79,6 +81,27 @@ TEST_F(LibraryMode, TheBaseClassGoesStraightToTheSystem) {
   }
   EXPECT_EQ(library.Calls(4), 0U);
   EXPECT_EQ(library.Calls(7), 0U);
+}
+
+TEST_F(LibraryMode, ThroughItsBaseClassAnObjectGoesStraightToTheSystem) {
+  sim::Library& library = UseLibrary();
+  machine.registry().SetDword(kHive, kPath, u"n", 7);
+  CKvRdefRegistry key(kHive, kPath, false);
+  CRegistry& base = key;
+  EXPECT_EQ(base.GetDword(u"n", 0), 7U);
+  EXPECT_EQ(library.Calls(11), 0U);
+  EXPECT_EQ(key.GetDword(u"n", 0), 7U);
+  EXPECT_EQ(library.Calls(11), 1U);
+}
+
+TEST_F(LibraryMode, DeletedThroughItsBaseClassAnObjectIsClosedByTheLibraryOnce) {
+  sim::Library& library = UseLibrary();
+  std::unique_ptr<CRegistry> key = std::make_unique<CKvRdefRegistry>(kHive, kPath, false);
+  EXPECT_EQ(key->m_IsOpen, 1);
+  const std::uint64_t before = inside.process().calls();
+  key.reset();
+  EXPECT_EQ(library.Calls(7), 1U);
+  EXPECT_EQ(inside.process().calls() - before, 1U);
 }
 
 TEST_F(LibraryMode, EachOperationGoesToItsExports) {
@@ -174,7 +197,7 @@ TEST_F(LibraryMode, EachCallLooksAnewWhereToGo) {
 TEST_F(LibraryMode, WithoutTheObjectEachCallFailsWith12AndTheSystemIsntAsked) {
   g_bRegLibraryMode = 1;
   const std::uint64_t before = inside.process().calls();
-  Registry& road = KvRdefRegistry();
+  Registry& road = RegistryInUse();
   HKEY opened{};
   char16_t text[8] = {};
   std::uint32_t number = 8;
@@ -184,7 +207,7 @@ TEST_F(LibraryMode, WithoutTheObjectEachCallFailsWith12AndTheSystemIsntAsked) {
   EXPECT_EQ(road.RegSetValueExW(kHive, u"n", REG_SZ, text, 2), 12);
   EXPECT_EQ(road.RegDeleteValueW(kHive, u"n"), 12);
   EXPECT_EQ(road.RegDeleteKeyW(kHive, kPath), 12);
-  EXPECT_EQ(road.RegEnumKeyExW(kHive, 0, text, &number), 12);
+  EXPECT_EQ(road.RegEnumKeyExW(kHive, 0, text, &number, nullptr, nullptr), 12);
   EXPECT_EQ(road.RegEnumValueW(kHive, 0, text, &number, nullptr, nullptr, nullptr), 12);
   EXPECT_EQ(road.RegCloseKey(kHive), 12);
   EXPECT_EQ(inside.process().calls(), before);
@@ -276,8 +299,8 @@ TEST_F(LibraryMode, EnumeratingKeysHandsOverRoomForNameAndClass) {
   EXPECT_EQ(call.arguments[0], 0x1111U);
   EXPECT_EQ(call.arguments[1], 0U);
   EXPECT_EQ(call.arguments[4], 0U);
-  for (const std::size_t place : {2U, 3U, 5U, 6U, 7U})
-    EXPECT_NE(call.arguments[place], 0U) << place;
+  for (const std::size_t place : {2U, 5U, 7U}) EXPECT_NE(call.arguments[place], 0U) << place;
+  EXPECT_EQ(call.numbers, (Rooms{{3, 256}, {6, 256}}));
 }
 
 TEST_F(LibraryMode, ATypeIsAskedForWithoutAPlaceForData) {
@@ -305,37 +328,75 @@ TEST_F(LibraryMode, ValuesAreEnumeratedByTheirNameAlone) {
   EXPECT_EQ(call.ordinal, 17);
   EXPECT_EQ(call.arguments[1], 5U);
   EXPECT_EQ(Numbers(call.arguments.begin() + 4, call.arguments.end()), (Numbers{0, 0, 0, 0}));
+  EXPECT_EQ(call.numbers, (Rooms{{3, 256}}));
   EXPECT_EQ(Record().calls[1].ordinal, 11);
+  EXPECT_EQ(Record().calls[1].numbers, (Rooms{{5, 512}}));  // bytes
 }
 
-TEST_F(LibraryMode, TheHandleThatTheLibraryRefusedIsntKept) {
+TEST_F(LibraryMode, ReadsHandOverTheRoomInBytes) {
   UseRecordingLibrary();
-  Record().result = ERROR_ACCESS_DENIED;
-  CKvRdefRegistry key(kHive, kPath, false);
-  EXPECT_EQ(key.m_IsOpen, 0);
-  EXPECT_FALSE(key.Create(kHive, kPath));
-  EXPECT_EQ(key.m_IsOpen, 0);
-}
-
-// --- An empty sub-key is deleted on the direct road alone: on the library's it goes as null
-
-TEST_F(LibraryMode, DirectlyAnEmptySubKeyDeletesTheKeyItself) {
-  machine.registry().MakeKey(kHive, std::u16string(kPath) + u"\\T");
-  CKvRdefRegistry key(kHive, kPath, false, KEY_ALL_ACCESS);
-  EXPECT_TRUE(key.DeleteKeyTree(u""));
-  EXPECT_FALSE(machine.registry().HasKey(kHive, kPath));
-}
-
-TEST_F(LibraryMode, ThroughTheLibraryAnEmptySubKeyDeletesOnlyWhatIsBelow) {
-  UseLibrary();
-  machine.registry().MakeKey(kHive, std::u16string(kPath) + u"\\T");
-  CKvRdefRegistry key(kHive, kPath, false, KEY_ALL_ACCESS);
-  EXPECT_FALSE(key.DeleteKeyTree(u""));
-  EXPECT_TRUE(machine.registry().HasKey(kHive, kPath));
-  EXPECT_TRUE(machine.registry().SubKeys(kHive, kPath).empty());
+  const auto key = MakeOpen();
+  key->GetDword(u"n", 0);
+  key->GetString(u"n", u"", 8);
+  key->GetSize(u"n");
+  ASSERT_EQ(Record().calls.size(), 3U);
+  EXPECT_EQ(Record().calls[0].numbers, (Rooms{{5, 4}}));
+  EXPECT_EQ(Record().calls[1].numbers, (Rooms{{5, 8}}));
+  EXPECT_EQ(Record().calls[2].numbers, (Rooms{{5, 0}}));
 }
 
 // --- A value that isn't the same from one call to the next, and a library that breaks its word
+
+std::int32_t RefuseToOpen(HKEY, const char16_t*, std::uint32_t, std::uint32_t, HKEY* key) {
+  *key = HKEY{0x77};
+  return ERROR_ACCESS_DENIED;
+}
+std::int32_t RefuseToCreate(HKEY, const char16_t*, std::uint32_t, char16_t*, std::uint32_t,
+                            std::uint32_t, void*, HKEY* key, std::uint32_t* disposition) {
+  *key = HKEY{0x77};
+  *disposition = REG_CREATED_NEW_KEY;
+  return ERROR_ACCESS_DENIED;
+}
+
+TEST_F(LibraryMode, AHandleThatComesWithAnErrorIsNeitherKeptNorClosed) {
+  sim::Library& library = sim::AddRegistryLibrary(machine, kLibrary);
+  library.RemoveExport(2);
+  library.RemoveExport(4);
+  library.Export<&RefuseToCreate>(2, nullptr);
+  library.Export<&RefuseToOpen>(4, nullptr);
+  Use(library);
+  {
+    CKvRdefRegistry key(kHive, kPath, false);
+    EXPECT_EQ(key.m_IsOpen, 0);
+    EXPECT_EQ(key.m_hKey, HKEY{});
+    EXPECT_FALSE(key.Open(kHive, kPath));
+    EXPECT_EQ(key.m_hKey, HKEY{});
+    EXPECT_FALSE(key.Create(kHive, kPath));
+    EXPECT_EQ(key.m_IsOpen, 0);
+    EXPECT_EQ(key.m_hKey, HKEY{});
+  }
+  EXPECT_EQ(library.Calls(4), 2U);
+  EXPECT_EQ(library.Calls(2), 1U);
+  EXPECT_EQ(library.Calls(7), 0U);
+}
+
+// The key is gone though its deletion is said to have failed: as if another program was quicker.
+std::int32_t DeleteAndSayItWasGone(HKEY parent, const char16_t* subKey) {
+  Os().registry.RegDeleteKeyW(parent, subKey);
+  return ERROR_FILE_NOT_FOUND;
+}
+
+TEST_F(LibraryMode, DeleteKeyTreeTriesTheKeyItselfAfterOneBelowHasVanished) {
+  sim::Library& library = sim::AddRegistryLibrary(machine, kLibrary);
+  library.RemoveExport(6);
+  library.Export<&DeleteAndSayItWasGone>(6, nullptr);
+  Use(library);
+  machine.registry().MakeKey(kHive, std::u16string(kPath) + u"\\T\\A");
+  CKvRdefRegistry key(kHive, kPath, false);
+  EXPECT_FALSE(key.DeleteKeyTree(u"T"));
+  EXPECT_EQ(library.Calls(6), 2U);
+  EXPECT_FALSE(machine.registry().HasKey(kHive, std::u16string(kPath) + u"\\T"));
+}
 
 // What the library gives as a value, one after the other.
 struct Query {

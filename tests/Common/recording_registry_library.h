@@ -2,7 +2,9 @@
 // a test has set.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -30,6 +32,8 @@ struct RecordedCall {
   std::vector<std::uint64_t> arguments;  // all of them
   // What the second argument pointed to, where that is the name of a sub-key or value.
   std::optional<std::basic_string<Char>> name;
+  // What those arguments pointed to that are pointers to a number, by the argument's place.
+  std::map<std::size_t, std::uint32_t> numbers;
 };
 
 template <class Char>
@@ -49,10 +53,14 @@ struct RecordingExport;
 template <class Char, RegExport Export, class... Arguments>
 struct RecordingExport<Char, Export, std::int32_t (*)(Arguments...)> {
   static std::int32_t Run(Arguments... arguments) {
-    RecordedCall<Char> call{static_cast<std::uint16_t>(Export), {AsNumber(arguments)...}, {}};
-    const auto take = [&call](auto argument) {
+    RecordedCall<Char> call{static_cast<std::uint16_t>(Export), {AsNumber(arguments)...}, {}, {}};
+    std::size_t place = 0;
+    const auto take = [&](auto argument) {
       if constexpr (std::is_same_v<decltype(argument), const Char*>)
         if (argument != nullptr) call.name = argument;
+      if constexpr (std::is_same_v<decltype(argument), std::uint32_t*>)
+        if (argument != nullptr) call.numbers[place] = *argument;
+      ++place;
     };
     (take(arguments), ...);
     RegRecord<Char>& record = RecordOf<Char>(sim::RunningProcess().machine());

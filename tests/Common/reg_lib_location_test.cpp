@@ -103,6 +103,15 @@ TYPED_TEST(RegLibLocation, ADriversNameIsFoundWithoutRegardToCase) {
   EXPECT_EQ(this->Path(RegLibStart::Driver, u"CAF\u00C9"), u"C:\\Cafe\\K_WRDEF1.DLL");
 }
 
+// The spooler here holds one driver a name; behind a U+0000 two may differ and still be told alike.
+TYPED_TEST(RegLibLocation, OfTwoDriversOfOneNameTheFirstIsTaken) {
+  for (const char16_t* folder : {u"1", u"2"})
+    this->machine.spooler().AddDriver(
+        {.name = std::u16string(u"KAVRO D") + u'\0' + folder,
+         .driverPath = std::u16string(u"C:\\") + folder + u"\\D.DLL"});
+  EXPECT_EQ(this->Path(RegLibStart::Driver, u"KAVRO D"), u"C:\\1\\K_WRDEF1.DLL");
+}
+
 TYPED_TEST(RegLibLocation, TheDriverIsFoundAmongOthers) {
   for (int number = 0; number < 40; ++number) {
     const std::u16string name(static_cast<std::size_t>(number) + 1, u'n');

@@ -69,6 +69,9 @@ class RegLibraryFixture : public testing::Test {
   }
 
   std::uint64_t calls() { return inside.process().calls(); }
+  void FailNext(const std::string& operation, std::uint64_t after = 0) {
+    inside.process().FailNext(operation, platform::ERROR_NO_SYSTEM_RESOURCES, after);
+  }
   // How often the trace tells of something.
   int Traced(std::u16string_view text) {
     int count = 0;

@@ -32,11 +32,14 @@ constexpr std::array<Entry<Char>, 4> kLoads = {{
     {"LoadByPath", CRegLibrary::LoadByPath<Char>, u"C:\\Drv\\R.DLL", RegLibStart::Library},
 }};
 template <class Char>
-constexpr std::array<Entry<Char>, 4> kReloads = {{
-    {"ReloadByPrinter", CRegLibrary::ReloadByPrinter<Char>, u"P", RegLibStart::Printer},
-    {"ReloadByDriver", CRegLibrary::ReloadByDriver<Char>, u"KAVRO D", RegLibStart::Driver},
-    {"ReloadByVif", CRegLibrary::ReloadByVif<Char>, u"C:\\Drv\\D.VIF", RegLibStart::Vif},
-    {"ReloadByPath", CRegLibrary::ReloadByPath<Char>, u"C:\\Drv\\R.DLL", RegLibStart::Library},
+constexpr std::array<Entry<Char>, 4> kLoadsExisting = {{
+    {"LoadExistingByPrinter", CRegLibrary::LoadExistingByPrinter<Char>, u"P", RegLibStart::Printer},
+    {"LoadExistingByDriver", CRegLibrary::LoadExistingByDriver<Char>, u"KAVRO D",
+     RegLibStart::Driver},
+    {"LoadExistingByVif", CRegLibrary::LoadExistingByVif<Char>, u"C:\\Drv\\D.VIF",
+     RegLibStart::Vif},
+    {"LoadExistingByPath", CRegLibrary::LoadExistingByPath<Char>, u"C:\\Drv\\R.DLL",
+     RegLibStart::Library},
 }};
 
 template <class Char>
@@ -56,15 +59,17 @@ class RegLibrary : public RegLibraryFixture<Char> {
   // That the library is loaded, by the loader of this width, and bound in both.
   void ExpectLoaded(const char* entry) {
     EXPECT_NE(g_hRegLibModule.get(), HMODULE{}) << entry;
-    EXPECT_EQ(g_pRegLibrary->wide().didLoad(), this->kIsWide ? 1 : 0) << entry;
-    EXPECT_EQ(g_pRegLibrary->narrow().didLoad(), this->kIsWide ? 0 : 1) << entry;
-    EXPECT_EQ(g_pRegLibrary->wide().path(), this->kIsWide ? u"C:\\Drv\\R.DLL" : u"") << entry;
-    EXPECT_EQ(g_pRegLibrary->narrow().path(), this->kIsWide ? "" : "C:\\Drv\\R.DLL") << entry;
+    EXPECT_EQ(g_pRegLibrary->loader<char16_t>().didLoad(), this->kIsWide ? 1 : 0) << entry;
+    EXPECT_EQ(g_pRegLibrary->loader<char>().didLoad(), this->kIsWide ? 0 : 1) << entry;
+    EXPECT_EQ(g_pRegLibrary->loader<char16_t>().path(), this->kIsWide ? u"C:\\Drv\\R.DLL" : u"")
+        << entry;
+    EXPECT_EQ(g_pRegLibrary->loader<char>().path(), this->kIsWide ? "" : "C:\\Drv\\R.DLL") << entry;
     EXPECT_TRUE(IsWideBound()) << entry;
     EXPECT_TRUE(IsNarrowBound()) << entry;
   }
 };
 TYPED_TEST_SUITE(RegLibrary, RegLibWidths, RegLibWidthName);
+using NarrowRegLibrary = RegLibrary<char>;
 
 // --- The entries
 
@@ -83,7 +88,7 @@ TYPED_TEST(RegLibrary, EachEntryLoadsTheLibraryAndBindsBothTables) {
 
 TYPED_TEST(RegLibrary, EachEntryOfTheSecondSetLoadsWhereTheObjectExists) {
   this->AddDriverSet();
-  for (const auto& entry : kReloads<TypeParam>) {
+  for (const auto& entry : kLoadsExisting<TypeParam>) {
     this->MakeObject();
     const CRegLibrary* const object = g_pRegLibrary;
     EXPECT_EQ(this->Run(entry), 1) << entry.name;
@@ -96,7 +101,7 @@ TYPED_TEST(RegLibrary, EachEntryOfTheSecondSetLoadsWhereTheObjectExists) {
 TYPED_TEST(RegLibrary, NoEntryOfTheSecondSetMakesTheObject) {
   this->AddDriverSet();
   const std::uint64_t before = this->calls();
-  for (const auto& entry : kReloads<TypeParam>) EXPECT_EQ(this->Run(entry), 0) << entry.name;
+  for (const auto& entry : kLoadsExisting<TypeParam>) EXPECT_EQ(this->Run(entry), 0) << entry.name;
   EXPECT_EQ(g_pRegLibrary.get(), nullptr);
   EXPECT_EQ(this->calls(), before);
 }
@@ -107,7 +112,7 @@ TYPED_TEST(RegLibrary, OnASystemThatItIsntForNothingIsLookedUp) {
        {OsVersion{4, 10, 1, 1}, OsVersion{5, 0, 1, 1}, OsVersion{4, 0, 2, 1},
         OsVersion{3, 51, 2, 1}, OsVersion{10, 0, 3, 1}}) {
     this->machine.system().version = version;
-    for (const auto& entries : {kLoads<TypeParam>, kReloads<TypeParam>}) {
+    for (const auto& entries : {kLoads<TypeParam>, kLoadsExisting<TypeParam>}) {
       for (const auto& entry : entries) {
         const std::uint64_t before = this->calls();
         EXPECT_EQ(this->Run(entry), 0) << entry.name;
@@ -116,6 +121,17 @@ TYPED_TEST(RegLibrary, OnASystemThatItIsntForNothingIsLookedUp) {
     }
   }
   EXPECT_EQ(g_hRegLibModule.get(), HMODULE{});
+}
+
+TYPED_TEST(RegLibrary, TheObjectIsMadeOnASystemThatItIsntForAsWell) {
+  this->AddDriverSet();
+  this->machine.system().version = {4, 0, 2, 1};
+  for (const auto& entry : kLoads<TypeParam>) {
+    EXPECT_EQ(g_pRegLibrary.get(), nullptr) << entry.name;
+    EXPECT_EQ(this->Run(entry), 0) << entry.name;
+    EXPECT_NE(g_pRegLibrary.get(), nullptr) << entry.name;
+    ReleaseRegLibrary();
+  }
 }
 
 TYPED_TEST(RegLibrary, OnASystemThatDoesntTellItsVersionNothingIsLookedUp) {
@@ -146,12 +162,20 @@ TYPED_TEST(RegLibrary, ANullOrEmptyInputFindsNoLibrary) {
   }
 }
 
+TYPED_TEST(RegLibrary, APathMayHaveCharactersOfTheSystemsCodePage) {
+  sim::AddRegistryLibrary(this->machine, u"C:\\Caf\u00E9\\\u00DC.DLL");
+  const auto path = TextOf<TypeParam>(u"C:\\Caf\u00E9\\\u00DC.DLL");
+  EXPECT_EQ(CRegLibrary::LoadByPath(path.c_str()), 1);
+  EXPECT_EQ(g_pRegLibrary->loader<TypeParam>().path(), path);
+  EXPECT_EQ(this->Traced(u"loaded library C:\\Caf\u00E9\\\u00DC.DLL"), 1);
+}
+
 TYPED_TEST(RegLibrary, AMissingFileIsntLoaded) {
   this->AddDriverSet();
   this->machine.files().Remove(u"C:\\Drv\\R.DLL");
   for (const auto& entry : kLoads<TypeParam>) EXPECT_EQ(this->Run(entry), 0) << entry.name;
-  EXPECT_TRUE(g_pRegLibrary->wide().path().empty());
-  EXPECT_TRUE(g_pRegLibrary->narrow().path().empty());
+  EXPECT_TRUE(g_pRegLibrary->loader<char16_t>().path().empty());
+  EXPECT_TRUE(g_pRegLibrary->loader<char>().path().empty());
   EXPECT_FALSE(this->IsWideBound());
   EXPECT_FALSE(this->IsNarrowBound());
 }
@@ -162,8 +186,8 @@ TYPED_TEST(RegLibrary, AFileThatIsNoLibraryAndAFolderArentLoaded) {
   const auto load = CRegLibrary::LoadByPath<TypeParam>;
   EXPECT_EQ(load(TextOf<TypeParam>(u"C:\\Drv\\R.DLL").c_str()), 0);
   EXPECT_EQ(load(TextOf<TypeParam>(u"C:\\Folder.DLL").c_str()), 0);
-  EXPECT_EQ(g_pRegLibrary->wide().didLoad(), 0);
-  EXPECT_EQ(g_pRegLibrary->narrow().didLoad(), 0);
+  EXPECT_EQ(g_pRegLibrary->loader<char16_t>().didLoad(), 0);
+  EXPECT_EQ(g_pRegLibrary->loader<char>().didLoad(), 0);
   EXPECT_EQ(g_hRegLibModule.get(), HMODULE{});
 }
 
@@ -196,7 +220,7 @@ TYPED_TEST(RegLibrary, ASecondEntryOnlyBinds) {
     EXPECT_EQ(g_hRegLibModule.get(), module);
     this->ExpectLoaded("a second load");
   }
-  EXPECT_EQ(CRegLibrary::ReloadByDriver(static_cast<const TypeParam*>(nullptr)), 1);
+  EXPECT_EQ(CRegLibrary::LoadExistingByDriver(static_cast<const TypeParam*>(nullptr)), 1);
   EXPECT_EQ(this->Traced(kLoaded), 1);
 }
 
@@ -298,19 +322,89 @@ TYPED_TEST(RegLibrary, AProcessThatEndsWithoutAReleaseLeavesTheLibraryToTheSyste
             std::vector<std::u16string>{u"library C:\\Drv\\R.DLL"});
 }
 
+// --- Failures
+
+// What an entry gives when a call fails on its way. '*' stands for the W or A of the entry's width.
+struct FailedCall {
+  std::size_t entry;  // in kLoads
+  std::string_view operation;
+  std::int32_t result;
+};
+constexpr std::array<FailedCall, 23> kFailedCalls = {{
+    // From a printer, by the guarded open. An installer that can't be looked for is taken for none,
+    // and a mutex without the right security is one all the same.
+    {0, "GetVersionExW", 0},
+    {0, "OpenMutexW", 1},
+    {0, "InitializeSecurityDescriptor", 1},
+    {0, "SetSecurityDescriptorDacl", 1},
+    {0, "CreateMutexW", 0},
+    {0, "OpenPrinterW", 0},
+    {0, "GetPrinterDriver*", 0},
+    {0, "GetPrivateProfileString*", 0},
+    {0, "FindFirstFile*", 0},
+    {0, "LoadLibrary*", 0},
+    {0, "GetProcAddress", 1},
+    {1, "GetVersionExW", 0},
+    {1, "EnumPrinterDrivers*", 0},
+    {1, "GetPrivateProfileString*", 0},
+    {1, "FindFirstFile*", 0},
+    {1, "LoadLibrary*", 0},
+    {1, "GetProcAddress", 1},
+    {2, "GetVersionExW", 0},
+    {2, "GetPrivateProfileString*", 0},
+    {2, "FindFirstFile*", 0},
+    {2, "LoadLibrary*", 0},
+    {3, "FindFirstFile*", 0},
+    {3, "LoadLibrary*", 0},
+}};
+
+TYPED_TEST(RegLibrary, ACallThatFailsOnTheWayToTheLibraryLeavesItUnloaded) {
+  this->AddDriverSet();
+  for (const FailedCall& failed : kFailedCalls) {
+    const auto& entry = kLoads<TypeParam>[failed.entry];
+    std::string operation(failed.operation);
+    if (operation.back() == '*') operation.back() = this->kIsWide ? 'W' : 'A';
+    this->FailNext(operation);
+    EXPECT_EQ(this->Run(entry), failed.result) << entry.name << " " << operation;
+    EXPECT_EQ(g_hRegLibModule.get() != HMODULE{}, failed.result == 1) << operation;
+    ReleaseRegLibrary();
+    EXPECT_TRUE(this->inside.process().Ledger().empty()) << entry.name << " " << operation;
+  }
+}
+
+// A narrow name is turned into UTF-16 to be opened, and two of them to be compared; each is asked
+// for its length first.
+TEST_F(NarrowRegLibrary, ANameThatCantBeConvertedFindsNoLibrary) {
+  AddDriverSet();
+  struct Row {
+    std::size_t entry;  // in kLoads
+    std::uint64_t conversions;
+  };
+  constexpr std::array<Row, 2> kRows = {{{0, 2}, {1, 4}}};
+  for (const Row& row : kRows) {
+    for (std::uint64_t after = 0; after < row.conversions; ++after) {
+      FailNext("MultiByteToWideChar", after);
+      EXPECT_EQ(Run(kLoads<char>[row.entry]), 0) << kLoads<char>[row.entry].name << " " << after;
+      ReleaseRegLibrary();
+    }
+  }
+}
+
 TYPED_TEST(RegLibrary, NoFailureOfACallLeavesAnythingOpen) {
   this->AddDriverSet();
   for (const auto& entry : kLoads<TypeParam>) {
+    std::string lastFailed;
     for (std::uint64_t number = 1;; ++number) {
       const std::uint64_t start = this->calls();
       this->inside.process().FailCall(number);
-      const std::int32_t result = this->Run(entry);
-      EXPECT_EQ(result, g_hRegLibModule.get() == HMODULE{} ? 0 : 1) << entry.name << " " << number;
+      this->Run(entry);
       ReleaseRegLibrary();
       EXPECT_TRUE(this->inside.process().Ledger().empty()) << entry.name << " " << number;
       if (number > this->calls() - start) break;
+      if (!this->inside.process().failedOperation().empty())
+        lastFailed = this->inside.process().failedOperation();
     }
-    EXPECT_EQ(this->inside.process().failedOperation(), "GetProcAddress");
+    EXPECT_EQ(lastFailed, "GetProcAddress");
   }
 }
 

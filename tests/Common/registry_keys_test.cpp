@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "tests/Common/registry_fixture.h"
 
 namespace vgl {
@@ -10,6 +12,34 @@ using namespace platform;
 template <class Road>
 class RegistryKeys : public RegistryObject<Road> {};
 TYPED_TEST_SUITE(RegistryKeys, RegistryRoads, RegistryRoadName);
+
+// --- The layout, which the suite fixes
+
+static_assert(sizeof(CRegistry) == 24);
+static_assert(sizeof(CKvRdefRegistry) == sizeof(CRegistry));
+static_assert(std::is_base_of_v<CRegistry, CKvRdefRegistry>);
+
+TEST(RegistryLayout, HandleFlagAndAccessStandBehindThePointerToTheDestructor) {
+  const auto offset = [](const CRegistry& key, const void* field) {
+    return static_cast<const char*>(field) - reinterpret_cast<const char*>(&key);
+  };
+  const CRegistry key;
+  EXPECT_EQ(offset(key, &key.m_hKey), 8);
+  EXPECT_EQ(offset(key, &key.m_IsOpen), 16);
+  EXPECT_EQ(offset(key, &key.m_Access), 20);
+}
+
+// --- What doesn't compile
+
+template <class Key>
+constexpr bool kTakesAFlagAlone =
+    std::is_constructible_v<Key, HKEY, const char16_t*, bool>&&
+        std::is_constructible_v<Key, HKEY, const char16_t*, bool, std::uint32_t> &&
+    !std::is_constructible_v<Key, HKEY, const char16_t*, std::uint32_t> &&
+    !std::is_constructible_v<Key, HKEY, const char16_t*, std::uint32_t, std::uint32_t> &&
+    !std::is_constructible_v<Key, HKEY, const char16_t*, int>;
+static_assert(kTakesAFlagAlone<CRegistry>);
+static_assert(kTakesAFlagAlone<CKvRdefRegistry>);
 
 template <class Key>
 void ExpectClosed(const Key& key) {
@@ -40,9 +70,12 @@ TYPED_TEST(RegistryKeys, TheConstructorCreatesWithAllRightsByDefault) {
 }
 
 TYPED_TEST(RegistryKeys, TheConstructorTakesTheAccessThatItIsGiven) {
+  this->tree().MakeKey(this->kHive, this->Below(u"Menu"));
+  this->Set(u"n", REG_DWORD, std::string("\7\0\0\0", 4));
   const typename TestFixture::Key opened(this->kHive, this->kPath, false, KEY_QUERY_VALUE);
   EXPECT_EQ(opened.m_Access, KEY_QUERY_VALUE);
-  EXPECT_EQ(opened.EnumKey(), u"");
+  EXPECT_EQ(opened.GetDword(u"n", 0), 7U);
+  EXPECT_EQ(opened.EnumKey(), u"");  // a right of its own
   typename TestFixture::Key created(this->kHive, this->kPath, true, KEY_READ);
   EXPECT_EQ(created.m_Access, KEY_READ);
   EXPECT_FALSE(created.SetDword(u"n", 1));
@@ -139,6 +172,15 @@ TYPED_TEST(RegistryKeys, TheEndOfAnObjectClosesItsHandle) {
 TYPED_TEST(RegistryKeys, ASecondOpenEndsTheProcess) {
   EXPECT_TRUE(this->inside.EndsProcess([&] {
     typename TestFixture::OpenKey key;
+    key.Open(this->kHive, this->kPath);
+  }));
+  EXPECT_EQ(this->inside.process().exitCode(), 3U);
+}
+
+TYPED_TEST(RegistryKeys, AnOpenAfterACreateThatGaveFalseEndsTheProcess) {
+  EXPECT_TRUE(this->inside.EndsProcess([&] {
+    typename TestFixture::Key key;
+    EXPECT_FALSE(key.Create(this->kHive, this->kPath));
     key.Open(this->kHive, this->kPath);
   }));
   EXPECT_EQ(this->inside.process().exitCode(), 3U);
@@ -245,6 +287,48 @@ TYPED_TEST(RegistryKeys, DeleteKeyTreeDoesntTryADeletionThatFailedAgain) {
             (std::vector<std::u16string>{u"A", u"B"}));
 }
 
+// T is opened and its first sub-key asked for; so is A, which has none, is closed and can't be
+// deleted; T is closed and tried.
+TYPED_TEST(RegistryKeys, DeleteKeyTreeTriesTheKeyItselfAfterADeletionBelowHasFailed) {
+  this->tree().MakeKey(this->kHive, this->Below(u"T\\A"));
+  typename TestFixture::OpenKey key;
+  const std::uint64_t before = this->calls();
+  this->FailNext("RegDeleteKeyW");
+  EXPECT_FALSE(key.DeleteKeyTree(u"T"));
+  EXPECT_EQ(this->calls() - before, 8U);
+}
+
+// An enumeration that fails looks like the end of one.
+TYPED_TEST(RegistryKeys, DeleteKeyTreeTriesTheKeyItselfAfterAnEnumerationHasFailed) {
+  this->tree().MakeKey(this->kHive, this->Below(u"T\\A"));
+  typename TestFixture::OpenKey key;
+  this->FailNext("RegEnumKeyExW");
+  EXPECT_FALSE(key.DeleteKeyTree(u"T"));
+  EXPECT_TRUE(this->tree().HasKey(this->kHive, this->Below(u"T\\A")));
+  this->tree().RemoveKey(this->kHive, this->Below(u"T\\A"));
+  this->FailNext("RegEnumKeyExW");
+  EXPECT_TRUE(key.DeleteKeyTree(u"T"));
+}
+
+TYPED_TEST(RegistryKeys, DeleteKeyTreeWithoutANameDeletesAllBelowTheObjectsOwnKeyAndGivesFalse) {
+  for (const char16_t* subKey : {u"T\\A", u"U"})
+    this->tree().MakeKey(this->kHive, this->Below(subKey));
+  this->tree().SetDword(this->kHive, this->kPath, u"n", 1);
+  EXPECT_FALSE(typename TestFixture::OpenKey().DeleteKeyTree(nullptr));
+  EXPECT_EQ(this->tree().SubKeys(this->kHive, this->kPath), std::vector<std::u16string>{});
+  EXPECT_EQ(this->tree().Dword(this->kHive, this->kPath, u"n"), 1U);
+}
+
+// The library gets null for an empty name, which it refuses as the system does.
+TYPED_TEST(RegistryKeys,
+           DeleteKeyTreeWithAnEmptyNameDeletesTheObjectsOwnKeyUnlessTheLibraryIsAsked) {
+  for (const char16_t* subKey : {u"T\\A", u"U"})
+    this->tree().MakeKey(this->kHive, this->Below(subKey));
+  EXPECT_EQ(typename TestFixture::OpenKey().DeleteKeyTree(u""), !TypeParam::kThroughLibrary);
+  EXPECT_EQ(this->tree().SubKeys(this->kHive, this->kPath), std::vector<std::u16string>{});
+  EXPECT_EQ(this->tree().HasKey(this->kHive, this->kPath), TypeParam::kThroughLibrary);
+}
+
 TYPED_TEST(RegistryKeys, DeleteKeyTreeDeletesAnEmptyKeyThatDoesntOpen) {
   this->tree().MakeKey(this->kHive, this->Below(u"T"));
   typename TestFixture::OpenKey key;
@@ -281,6 +365,7 @@ TYPED_TEST(RegistryKeys, DeleteKeyTreeGoesAsDeepAsTheRegistryDoes) {
 
 TYPED_TEST(RegistryKeys, NoFailureOfACallLeavesAnythingOpen) {
   const std::vector<std::u16string> before = this->inside.process().Ledger();
+  std::string lastFailed;
   for (std::uint64_t number = 1;; ++number) {
     this->tree().MakeKey(this->kHive, this->Below(u"T\\A"));
     const std::uint64_t start = this->calls();
@@ -300,8 +385,10 @@ TYPED_TEST(RegistryKeys, NoFailureOfACallLeavesAnythingOpen) {
     }
     EXPECT_EQ(this->inside.process().Ledger(), before) << "call " << number;
     if (number > this->calls() - start) break;
+    if (!this->inside.process().failedOperation().empty())
+      lastFailed = this->inside.process().failedOperation();
   }
-  EXPECT_EQ(this->inside.process().failedOperation(), "RegDeleteValueW");
+  EXPECT_EQ(lastFailed, "RegDeleteValueW");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What each result of the frame's start-up leads to, and the Run values that start an agent again.
 #include <gtest/gtest.h>
 
+#include "Common/text_conversion.h"
 #include "app/tray_app.h"
 #include "tests/support/frame_fixture.h"
 
@@ -146,10 +147,35 @@ TEST_F(StartResult, WithoutPrinterAndFileNameNothingIsDeleted) {
   EXPECT_EQ(RunValues(), std::vector<std::u16string>{u"a"});
 }
 
-TEST_F(StartResult, ARunValueOfThirtyThousandCharactersIsSearchedToItsEnd) {
-  SetRunValue(u"a", std::u16string(30000, u'x') + u"K_Q0001.tmp");
+// A value's data come out of a buffer of 256 characters, in which the terminator may be missing.
+TEST_F(StartResult, ARunValueOf256CharactersIsSearchedToItsEnd) {
+  SetRunValue(u"a", std::u16string(244, u'x') + u"K_Q0001.tmp");
+  machine.registry().SetBytes(kUser, kRun, u"b", REG_SZ,
+                              Utf16LeFromText(std::u16string(245, u'x') + u"K_Q0001.tmp"));
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{u"b"});
   app.DeleteStartupReg(u"", u"K_Q0001.tmp");
   EXPECT_TRUE(RunValues().empty());
+}
+
+TEST_F(StartResult, TheSearchForTheFileNameEndsAtAValueOfMoreThan256Characters) {
+  SetRunValue(u"a", u"other.exe");
+  SetRunValue(u"b", u"K_Q0001.tmp" + std::u16string(245, u'x'));
+  SetRunValue(u"c", u"x.exe /FU \"K_Q0001.tmp\"");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues(), (std::vector<std::u16string>{u"a", u"b", u"c"}));
+}
+
+TEST_F(StartResult, TheSearchForTheFileNameEndsAtAValueWhoseNameHasMoreThan255Characters) {
+  const std::u16string longest(255, u'n');
+  SetRunValue(longest, u"other.exe");
+  SetRunValue(longest + u"n", u"other.exe");
+  SetRunValue(u"c", u"x.exe /FU \"K_Q0001.tmp\"");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues().size(), 3U);
+  machine.registry().RemoveValue(kUser, kRun, longest + u"n");
+  app.DeleteStartupReg(u"", u"K_Q0001.tmp");
+  EXPECT_EQ(RunValues(), std::vector<std::u16string>{longest});
 }
 
 TEST_F(StartResult, ARunValueWithoutTerminatorAndOfOddLengthIsSearched) {

@@ -50,6 +50,6 @@ LSTATUS QueryInfo(HKEY key, LPWSTR keyClass, LPDWORD classChars, LPDWORD reserve
                           values, longestValueName, mostValueBytes, securityBytes, time);
 }
 
-LONG Unknown(DWORD /*number*/) { return 0; }
+LONG Unknown(LONG /*number*/) { return 0; }
 
 }  // extern "C"
