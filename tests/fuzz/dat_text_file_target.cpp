@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "platform/sim/machine.h"
 #include "profile/blanks.h"
@@ -24,7 +25,7 @@ void CheckLines(CDatTextFile& file, std::size_t bytes) {
     VGL_FUZZ_REQUIRE(line.find(u'\n') >= line.size() - 1);
     chars += line.size();
   }
-  VGL_FUZZ_REQUIRE(chars <= bytes + 1);  // a comment at the file's end counts as a line feed
+  VGL_FUZZ_REQUIRE(chars <= bytes);  // a comment's semicolon becomes a line feed
   VGL_FUZZ_REQUIRE(line.empty());
 
   file.FindSection(u"");
@@ -39,12 +40,30 @@ void CheckLines(CDatTextFile& file, std::size_t bytes) {
   }
 }
 
+std::ptrdiff_t QuotesIn(const std::u16string& text) {
+  return std::count(text.begin(), text.end(), u'"');
+}
+
+// The values of a key, as text and as the file's bytes.
+void CheckKey(CDatTextFile& file, const char16_t* section) {
+  std::vector<std::u16string> values;
+  file.FindSection(section);
+  for (std::u16string value; file.FindKey(u"REGPATH", value) == 1;) values.push_back(value);
+  file.FindSection(section);
+  std::string_view bytes;
+  for (const std::u16string& value : values) {
+    VGL_FUZZ_REQUIRE(file.FindKeyInPlace(u"REGPATH", bytes) == 1);
+    VGL_FUZZ_REQUIRE(EqualsText(bytes, value));
+  }
+  VGL_FUZZ_REQUIRE(file.FindKeyInPlace(u"REGPATH", bytes) == 0);
+}
+
 void CheckFields(const std::u16string& list) {
   CFieldWalker walker(list);
   for (std::size_t index = 0; index <= 8; ++index) {
     const std::u16string field = GetField(list, index);
     VGL_FUZZ_REQUIRE(field == walker.Next());
-    VGL_FUZZ_REQUIRE(field.find(u"\"\"\"\"") == field.npos || list.find(u"\"\"\"") != list.npos);
+    VGL_FUZZ_REQUIRE(QuotesIn(field) <= QuotesIn(list));
     VGL_FUZZ_REQUIRE(Unquote(field).size() + 2 <= field.size() || Unquote(field).empty());
     const std::uint32_t type = ClassifyValue(field);
     VGL_FUZZ_REQUIRE(type == 1 || type == 4);
@@ -72,6 +91,7 @@ void DatTextFile(const std::uint8_t* data, std::size_t size) {
       CheckFields(value);
     }
     VGL_FUZZ_REQUIRE(value.empty());
+    CheckKey(file, section);
   }
 }
 
