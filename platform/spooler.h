@@ -111,7 +111,8 @@ class Spooler {
                            std::uint32_t* needed) = 0;
 
   // Fills a DriverInfo2 or DriverInfo3 (`level` 2 or 3) of the printer's driver in the system's own
-  // environment; false with 1797 when that driver isn't installed.
+  // environment; false with 1797 when that driver isn't installed. (Wine clears a whole structure
+  // whatever `bytes` says, so have that much room.)
   virtual bool GetPrinterDriverW(HPRINTER printer, std::uint32_t level, void* buffer,
                                  std::uint32_t bytes, std::uint32_t* needed) = 0;
 

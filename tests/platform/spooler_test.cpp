@@ -301,6 +301,21 @@ TEST_F(PrinterDrivers, TheSizeNeededIsTold) {
   ExpectSizesAreTold(Driver(printer, 3), 80 + kTexts);
 }
 
+// Wine clears a whole structure whatever room it is told: what asks with a byte of room has to have
+// that much.
+TEST_F(PrinterDrivers, ABufferOfOneByteIsNotWrittenPastItsEnd) {
+  AddDriver({.name = kDriver});
+  AddPrinter({.name = kPrinter, .driver = kDriver});
+  alignas(DriverInfo3) unsigned char buffer[sizeof(DriverInfo3)];
+  std::memset(buffer, 0x5A, sizeof buffer);
+  std::uint32_t needed = 0;
+  EXPECT_FALSE(spooler.GetPrinterDriverW(Open(kPrinter), 3, buffer, 1, &needed));
+  EXPECT_EQ(LastError(), ERROR_INSUFFICIENT_BUFFER);
+  const bool isUntouched = std::count(buffer + 1, buffer + sizeof buffer, 0x5A) ==
+                           static_cast<std::ptrdiff_t>(sizeof buffer) - 1;
+  EXPECT_TRUE(HoldsExcept(OnWine(), isUntouched));
+}
+
 TEST_F(PrinterDrivers, ALevelThatDoesNotExistIsRefused) {
   AddDriver({.name = kDriver});
   AddPrinter({.name = kPrinter, .driver = kDriver});
