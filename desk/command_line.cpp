@@ -2,34 +2,37 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <fstream>
 #include <istream>
 #include <iterator>
 #include <optional>
 #include <ostream>
 
+#include "desk/describe.h"
 #include "desk/player.h"
-#include "desk/sample.h"
+#include "desk/whole_file.h"
 
 namespace desk {
 
 namespace {
 
-constexpr char kFooter[] =
-    "SAMPLE is a folder (told by a slash in it) or the name of one below samples/. Its machine is\n"
-    "taken in place of the one that the script names; without both there is a machine with the\n"
-    "printer \"Studio 7200\", of whose driver set only the registry library is there.\n"
-    "Without a script one agent runs for ten seconds (--for) and is closed by WM_CLOSE. Its "
-    "command\n"
-    "line stands behind \"--\", or is the sample's own:\n"
-    "  vgldesk run studio-7200\n"
-    "  vgldesk run --log -- /P \"Studio 7200\" /D \"KAVRO Studio 7200\" /O USB001 /M S7200\n"
-    "Exit code: that of the first agent; 1 when the session couldn't be played to its end;\n"
-    "2 for a mistake in the command line, in the script or in the sample.";
+constexpr char kRunFooter[] =
+    R"(SAMPLE is a folder (told by a slash in it) or the name of one below samples/ in the current
+folder. Its machine is taken in place of the one that the script names; without both there is a
+machine with the printer "Studio 7200", of whose driver set only the registry library is there.
+Without a script one agent runs for ten seconds (--for) and is closed by WM_CLOSE. Its command line
+stands behind "--", or is the sample's own:
+  vgldesk run studio-7200
+  vgldesk run --log -- /P "Studio 7200" /D "KAVRO Studio 7200" /O USB001 /M S7200
+Exit code: that of the first agent, which is 0, 1 when it was killed, or 3 for a fatal error; 4 when
+the session couldn't be played to its end; 2 for a mistake in the command line, in the script or in
+the sample.)";
 
-std::string ReadAll(std::istream& in) {
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+constexpr char kDescribeFooter[] =
+    R"(SAMPLE is a folder (told by a slash in it) or the name of one below samples/ in the current
+folder.
+Exit code: 0; 1 when something wasn't found; 2 for a mistake in the command line or in the sample.)";
+
+constexpr char kFooter[] = "\"vgldesk run --help\" and \"vgldesk describe --help\" tell the rest.";
 
 std::string SessionOf(const std::string& commandLine, std::uint64_t milliseconds) {
   return "start " + commandLine + "\nwait " + std::to_string(milliseconds) +
@@ -38,31 +41,29 @@ std::string SessionOf(const std::string& commandLine, std::uint64_t milliseconds
 
 // What the command line tells of the session to play.
 struct GivenSession {
+  PlayOptions options;
   std::string scriptFile;            // empty when none is given
   std::optional<std::string> agent;  // the command line behind --
   std::uint64_t milliseconds = 10000;
 };
 
 // The script's text. False when there is none; what is wrong goes to `err`.
-bool ReadSession(const GivenSession& given, const std::string& sample, std::istream& in,
-                 std::string& text, std::ostream& err) {
+bool ReadSession(const GivenSession& given, std::istream& in, std::string& text,
+                 std::ostream& err) {
   std::string mistake;
   if (given.agent && !given.scriptFile.empty()) {
     mistake = "a script starts its agents itself; give either --script or a command line behind --";
   } else if (given.agent) {
     text = SessionOf(*given.agent, given.milliseconds);
   } else if (given.scriptFile == "-") {
-    text = ReadAll(in);
+    text = {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   } else if (!given.scriptFile.empty()) {
-    std::ifstream file(given.scriptFile, std::ios::binary);
-    if (file)
-      text = ReadAll(file);
+    if (std::optional<std::string> whole = ReadWholeFile(given.scriptFile))
+      text = std::move(*whole);
     else
       mistake = "the script " + given.scriptFile + " can't be read";
-  } else if (!sample.empty()) {
-    std::string line;
-    if (ReadSampleOptions(SampleFolder(sample), line, mistake))
-      text = SessionOf(line, given.milliseconds);
+  } else if (!given.options.sample.empty()) {
+    text = SessionOf("", given.milliseconds);
   } else {
     mistake =
         "there is nothing to run; give a sample, --script FILE, or an agent's command line behind "
@@ -70,6 +71,44 @@ bool ReadSession(const GivenSession& given, const std::string& sample, std::istr
   }
   if (!mistake.empty()) err << "vgldesk run: " << mistake << '\n';
   return mistake.empty();
+}
+
+int RunSession(const GivenSession& given, std::istream& in, std::ostream& out, std::ostream& err) {
+  std::string text;
+  if (!ReadSession(given, in, text, err)) return kUsageError;
+  const Script script = ParseScript(text);
+  if (!script.error.empty()) {
+    err << "vgldesk run: " << (given.scriptFile.empty() ? "" : given.scriptFile + ": ")
+        << script.error << '\n';
+    return kUsageError;
+  }
+  return Play(script, given.options, out, err);
+}
+
+void AddRun(CLI::App& app, GivenSession& given) {
+  CLI::App* run = app.add_subcommand("run", "Plays a session and shows what happens.");
+  run->footer(kRunFooter);
+  run->add_option("sample", given.options.sample, "play on the machine of this sample")
+      ->type_name("SAMPLE");
+  run->add_flag("--log", given.options.showTrayLog, "switch the tray log on and show its lines");
+  run->add_option("--seed", given.options.seed,
+                  "let this seed choose which process goes on at each platform call");
+  run->add_option("--script", given.scriptFile,
+                  "play the session script in FILE (- for standard input)")
+      ->type_name("FILE");
+  run->add_option("--for", given.milliseconds, "without a script: virtual time until WM_CLOSE")
+      ->check(CLI::Range(std::uint64_t{0}, kMostMilliseconds))
+      ->type_name("MS");
+}
+
+CLI::App* AddDescribe(CLI::App& app, std::string& sample) {
+  CLI::App* describe = app.add_subcommand(
+      "describe", "Tells what the agent finds of the driver set of a sample's printers.");
+  describe->footer(kDescribeFooter);
+  describe->add_option("sample", sample, "the sample whose printers are told of")
+      ->required()
+      ->type_name("SAMPLE");
+  return describe;
 }
 
 }  // namespace
@@ -90,47 +129,34 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
                std::ostream& err) {
   const auto separator = std::find(words.begin(), words.end(), "--");
   const std::vector<std::string> own(words.begin(), separator);
-  const bool hasAgent = separator != words.end();
 
   const std::string verb = own.empty() ? "" : own.front();
-  if (verb != "run" && !verb.starts_with('-')) {
+  if (verb != "run" && verb != "describe" && !verb.starts_with('-')) {
     err << "vgldesk: \"" << verb
-        << "\" is no command; the command is run, as in: vgldesk run --script FILE\n";
+        << "\" is no command; the commands are run and describe, as in: vgldesk run --script "
+           "FILE\n";
     return kUsageError;
   }
   CLI::App app{"The tray agent of KAVRO Vigil 3 on a simulated machine.", "vgldesk"};
   app.footer(kFooter);
   app.require_subcommand(1);
-  CLI::App* run = app.add_subcommand("run", "Plays a session and shows what happens.");
-  PlayOptions options;
   GivenSession given;
-  run->add_option("sample", options.sample, "play on the machine of this sample")
-      ->type_name("SAMPLE");
-  run->add_flag("--log", options.showTrayLog, "switch the tray log on and show its lines");
-  run->add_option("--seed", options.seed,
-                  "let this seed choose which process goes on at each platform call");
-  run->add_option("--script", given.scriptFile,
-                  "play the session script in FILE (- for standard input)")
-      ->type_name("FILE");
-  run->add_option("--for", given.milliseconds, "without a script: virtual time until WM_CLOSE")
-      ->check(CLI::Range(std::uint64_t{0}, kMostMilliseconds))
-      ->type_name("MS");
+  std::string described;
+  AddRun(app, given);
+  const CLI::App* describe = AddDescribe(app, described);
   try {
     std::vector<std::string> reversed(own.rbegin(), own.rend());
     app.parse(std::move(reversed));
   } catch (const CLI::ParseError& mistake) {
     return app.exit(mistake, out, err) == 0 ? 0 : kUsageError;
   }
-  std::string text;
-  if (hasAgent) given.agent = AgentCommandLine({separator + 1, words.end()});
-  if (!ReadSession(given, options.sample, in, text, err)) return kUsageError;
-  const Script script = ParseScript(text);
-  if (!script.error.empty()) {
-    err << "vgldesk run: " << (given.scriptFile.empty() ? "" : given.scriptFile + ": ")
-        << script.error << '\n';
+  if (separator != words.end()) given.agent = AgentCommandLine({separator + 1, words.end()});
+  if (!describe->parsed()) return RunSession(given, in, out, err);
+  if (given.agent) {
+    err << "vgldesk describe: starts no agent; there is no command line to give behind --\n";
     return kUsageError;
   }
-  return Play(script, options, out, err);
+  return Describe(described, out, err);
 }
 
 }  // namespace desk

@@ -81,15 +81,30 @@ std::vector<std::string> MapLines(const MapForm& form, std::span<const unsigned 
 std::vector<std::string> ReadMap(const MapForm& form,
                                  const std::function<std::string(std::uint64_t)>& nameWindow) {
   platform::Sections& sections = platform::Os().sections;
+  const auto refused = [&](const std::string& what) {
+    return std::vector{vgl::Utf8FromText(form.sectionName) + " " + what + ", error " +
+                       std::to_string(platform::Os().process.GetLastError())};
+  };
   const platform::OwnedObject section(
       sections.OpenFileMappingW(platform::FILE_MAP_ALL_ACCESS, form.sectionName));
-  if (!section) return {};
+  if (!section) {
+    const bool isMissing = platform::Os().process.GetLastError() == platform::ERROR_FILE_NOT_FOUND;
+    return isMissing ? std::vector<std::string>{} : refused("can't be opened");
+  }
   const std::size_t bytes = form.slotBytes * kSlotsOfMap;
   const void* view = sections.MapViewOfFile(section.get(), platform::FILE_MAP_ALL_ACCESS, bytes);
-  if (view == nullptr) return {};
+  if (view == nullptr) return refused("can't be seen");
   std::vector<std::string> lines =
       MapLines(form, {static_cast<const unsigned char*>(view), bytes}, nameWindow);
   sections.UnmapViewOfFile(view);
+  return lines;
+}
+
+std::vector<std::string> ReadMaps(const std::function<std::string(std::uint64_t)>& nameWindow) {
+  std::vector<std::string> lines;
+  for (const MapForm& form : kMapForms)
+    for (std::string& line : ReadMap(form, nameWindow)) lines.push_back(std::move(line));
+  if (lines.empty()) lines.emplace_back("no map");
   return lines;
 }
 

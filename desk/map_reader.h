@@ -31,9 +31,13 @@ inline constexpr std::size_t kSlotsOfMap = 500;
 std::vector<std::string> MapLines(const MapForm& form, std::span<const unsigned char> bytes,
                                   const std::function<std::string(std::uint64_t)>& nameWindow);
 
-// The lines of the section of that form; none when there is no such section now. Called inside a
-// process, which is left as it was.
+// The lines of the section of that form; none when there is no such section now, and one that tells
+// the system's error where the section can't be opened or seen. Called inside a process, which is
+// left as it was.
 std::vector<std::string> ReadMap(const MapForm& form,
                                  const std::function<std::string(std::uint64_t)>& nameWindow);
+
+// The lines of both maps; "no map" when there is none.
+std::vector<std::string> ReadMaps(const std::function<std::string(std::uint64_t)>& nameWindow);
 
 }  // namespace desk

@@ -21,23 +21,25 @@ class Player {
       : m_options(options), m_out(out), m_err(err), m_machine(options.seed) {}
 
   int Play(const Script& script) {
-    if (!SetUp(m_options.sample.empty() ? script.sample : m_options.sample)) return kBadSample;
+    std::string error;
+    if (!SetUp(m_options.sample.empty() ? script.sample : m_options.sample, script, error)) {
+      m_err << "vgldesk: " << error << '\n';
+      return kBadSample;
+    }
     for (const Command& command : script.commands)
       if (!Do(command)) return kSessionFailed;
     return Finish();
   }
 
  private:
-  bool SetUp(const std::string& sample) {
-    std::string error;
+  bool SetUp(const std::string& sample, const Script& script, std::string& error) {
     if (sample.empty()) {
       SetUpDefaultMachine(m_machine);
     } else {
       SetUpSuite(m_machine);
-      if (!LoadSample(m_machine, SampleFolder(sample), error)) {
-        m_err << "vgldesk: " << error << '\n';
+      if (!LoadSample(m_machine, SampleFolder(sample), error)) return false;
+      if (HasBareStart(script) && !ReadSampleOptions(SampleFolder(sample), m_sampleOptions, error))
         return false;
-      }
     }
     if (m_options.showTrayLog) {
       EnableTrayLog(m_machine);
@@ -111,7 +113,8 @@ class Player {
         Line(0, "wrote parameter file " + command.text);
         return true;
       case Command::Kind::Start:
-        m_agents.push_back(&StartAgent(m_machine, vgl::TextFromUtf8(command.text)));
+        m_agents.push_back(&StartAgent(
+            m_machine, vgl::TextFromUtf8(command.text.empty() ? m_sampleOptions : command.text)));
         m_machine.Settle();
         return true;
       case Command::Kind::Wait:
@@ -133,16 +136,10 @@ class Player {
     return false;
   }
 
-  // Of both generations, as another program of the suite sees them.
+  // As another program of the suite sees them.
   std::vector<std::string> MapsOf(sim::Machine& machine) {
     const sim::Inside reader(machine, u"C:\\Program Files\\KAVRO\\VGL3\\map_reader.exe");
-    std::vector<std::string> lines;
-    for (const MapForm& form : kMapForms) {
-      const std::vector<std::string> more =
-          ReadMap(form, [this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
-      lines.insert(lines.end(), more.begin(), more.end());
-    }
-    return lines;
+    return ReadMaps([this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
   }
 
   std::string OwnerOf(platform::HWND handle) {
@@ -153,10 +150,15 @@ class Player {
   }
 
   bool Post(const Command& command) {
-    sim::Window* window = m_machine.desktop().FindOf(AgentOf(command), vgl::kTrayWindowClass);
-    if (window == nullptr) return Fail(command, NameOf(AgentOf(command).id()) + " has no window");
-    Line(0, "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) + " to " +
-                NameOf(AgentOf(command).id()));
+    sim::Process& agent = AgentOf(command);
+    const std::string name = NameOf(agent.id());
+    if (agent.ended())
+      return Fail(command,
+                  name + " has ended already, with code " + std::to_string(agent.exitCode()));
+    sim::Window* window = m_machine.desktop().FindOf(agent, vgl::kTrayWindowClass);
+    if (window == nullptr) return Fail(command, name + " has no window");
+    Line(0,
+         "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) + " to " + name);
     if (m_machine.desktop().Post(window->handle, command.message, command.wParam, command.lParam) !=
         platform::ERROR_SUCCESS)
       return Fail(command, "this message can't be posted");
@@ -187,6 +189,7 @@ class Player {
   const PlayOptions& m_options;
   std::ostream& m_out;
   std::ostream& m_err;
+  std::string m_sampleOptions;  // for a start without a command line
   std::vector<sim::Process*> m_agents;
   sim::Machine m_machine;
 };

@@ -15,15 +15,13 @@ struct PlayOptions {
   bool showTrayLog = false;  // switches the tray log on and shows its lines as they are written
 };
 
-// Exit code of a session that couldn't be played to its end.
-inline constexpr int kSessionFailed = 1;
 // Exit code of a session whose sample can't be put on a machine.
 inline constexpr int kBadSample = 2;
 
 // Plays `script` and writes events to `out`, mistakes to `err`; the last line tells what stands in
 // the temp folder then. The machine is that of the sample that `options` or the script names, else
-// the default one. The exit code of agent 1; kSessionFailed when an agent didn't end as the script
-// has it, or still ran at the end; kBadSample.
+// the default one. The exit code of agent 1; kSessionFailed (desk/script.h) when a command couldn't
+// be carried out, or an agent still ran at the end; kBadSample.
 int Play(const Script& script, const PlayOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace desk

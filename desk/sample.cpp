@@ -1,14 +1,15 @@
 #include "desk/sample.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
+#include <string_view>
 
 #include "Common/text_conversion.h"
 #include "desk/registry_text.h"
 #include "desk/sample_spooler.h"
+#include "desk/script.h"
+#include "desk/whole_file.h"
 #include "platform/sim/registry_library.h"
 
 namespace desk {
@@ -31,18 +32,21 @@ struct LibraryKind {
 };
 constexpr LibraryKind kLibraryKinds[] = {{"registry-library", PutRegistryLibrary},
                                          {"stand-in", PutStandIn}};
+constexpr char kBlanks[] = " \t\r";
 
-std::optional<std::string> ReadWhole(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file || fs::is_directory(path)) return std::nullopt;
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
+std::u16string OnDriveC(const std::string& path) { return u"C:\\" + vgl::TextFromUtf8(path); }
 
-// A path below drive C, from what a folder listing or a line of `libraries` calls it.
-std::u16string OnDriveC(const std::string& relative) {
-  std::u16string path = u"C:\\" + vgl::TextFromUtf8(relative);
-  std::replace(path.begin(), path.end(), u'/', u'\\');
-  return path;
+// Whether a path is one below drive C, on the simulated machine and in a Wine prefix alike, and
+// leads nowhere else: names with one backslash between them, of characters that Windows takes.
+// tools/put-sample has the same rule.
+bool IsPathOnDriveC(const std::string& path) {
+  const std::string names = "\\" + path + "\\";
+  for (const std::string_view part : {"\\\\", "\\.\\", ".."})
+    if (names.find(part) != std::string::npos) return false;
+  const bool hasOthers = std::any_of(path.begin(), path.end(), [](char c) {
+    return std::string_view("/:*?\"<>|").find(c) != std::string_view::npos || (c >= 0 && c < ' ');
+  });
+  return !hasOthers && OnDriveC(path).size() < platform::MAX_PATH;
 }
 
 class Loader {
@@ -53,7 +57,8 @@ class Loader {
   bool Load() {
     m_error.clear();
     if (!fs::is_directory(m_folder)) {
-      m_error = "there is no sample " + m_folder.string();
+      m_error = "there is no sample " + m_folder.string() +
+                "; names without a slash are looked for below samples/ in the current folder";
       return false;
     }
     return PutFiles() && PutLibraries() && PutRegistry();
@@ -70,36 +75,71 @@ class Loader {
     if (!fs::is_directory(files)) return Fail("files", "there is no such folder");
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(files)) {
       const std::string name = entry.path().lexically_relative(files).generic_string();
-      if (entry.is_directory()) {
-        m_machine.files().MakeFolder(OnDriveC(name));
-        continue;
-      }
-      const std::optional<std::string> bytes = ReadWhole(entry.path());
-      if (!bytes) return Fail("files/" + name, "can't be read");
-      if (m_machine.files().Exists(OnDriveC(name)))
-        return Fail("files/" + name, "is on the machine already");
-      m_machine.files().WriteFile(OnDriveC(name), *bytes);
+      std::string mistake;
+      if (!PutFile(entry, name, mistake)) return Fail("files/" + name, mistake);
     }
     return true;
   }
 
+  bool PutFile(const fs::directory_entry& entry, const std::string& name, std::string& mistake) {
+    std::string path = name;
+    std::replace(path.begin(), path.end(), '/', '\\');
+    if (name.find('\\') != std::string::npos || !IsPathOnDriveC(path)) {
+      mistake = "Windows has no such name";
+    } else if (entry.is_symlink()) {
+      mistake = "is a link; a sample holds the file itself";
+    } else if (entry.is_directory()) {
+      if (IsFile(OnDriveC(path)))
+        mistake = "is on the machine already";
+      else
+        m_machine.files().MakeFolder(OnDriveC(path));
+    } else if (!entry.is_regular_file()) {
+      mistake = "is neither a file nor a folder";
+    } else if (CanBePut(path, mistake)) {
+      const std::optional<std::string> bytes = ReadWholeFile(entry.path());
+      if (bytes)
+        m_machine.files().WriteFile(OnDriveC(path), *bytes);
+      else
+        mistake = "can't be read";
+    }
+    return mistake.empty();
+  }
+
+  bool IsFile(const std::u16string& path) const {
+    return m_machine.files().Exists(path) && !m_machine.files().IsFolder(path);
+  }
+
+  // A path that IsPathOnDriveC takes.
+  bool CanBePut(const std::string& path, std::string& mistake) const {
+    const std::u16string whole = OnDriveC(path);
+    if (m_machine.files().Exists(whole)) mistake = "is on the machine already";
+    for (std::size_t at = whole.find(u'\\', 3); at != std::u16string::npos;
+         at = whole.find(u'\\', at + 1))
+      if (IsFile(whole.substr(0, at))) mistake = "has a file where its folder should be";
+    return mistake.empty();
+  }
+
   bool PutLibraries() {
-    const std::optional<std::string> text = ReadWhole(m_folder / "libraries");
+    const std::optional<std::string> text = ReadWholeFile(m_folder / "libraries");
     if (!text) return Fail("libraries", "can't be read");
     std::istringstream lines(*text);
     std::string line;
     for (int number = 1; std::getline(lines, line); ++number) {
       std::string mistake;
-      if (!PutLibrary(line, mistake))
+      if (!PutLibrary(Trim(line), mistake))
         return Fail("libraries", "line " + std::to_string(number) + ": " + mistake);
     }
     return true;
   }
 
+  static std::string Trim(const std::string& text) {
+    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+    return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
+  }
+
   bool PutLibrary(const std::string& line, std::string& mistake) {
-    std::istringstream words(line);
-    std::string kindName;
-    if (!(words >> kindName) || kindName.front() == '#') return true;
+    if (line.empty() || line.front() == '#') return true;
+    const std::string kindName = line.substr(0, line.find_first_of(kBlanks));
     const auto kind =
         std::find_if(std::begin(kLibraryKinds), std::end(kLibraryKinds),
                      [&](const LibraryKind& known) { return known.name == kindName; });
@@ -108,16 +148,14 @@ class Loader {
           "there is no kind \"" + kindName + "\"; the kinds are registry-library and stand-in";
       return false;
     }
-    std::string path;
-    std::getline(words >> std::ws, path);
-    path.erase(path.find_last_not_of(" \t\r") + 1);
-    if (path.empty() || path.front() == '\\' || path.find_first_of(":/") != std::string::npos) {
+    const std::string path = Trim(line.substr(kindName.size()));
+    if (!IsPathOnDriveC(path)) {
       mistake = "\"" + path +
                 "\" is no path on drive C, as in Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL";
       return false;
     }
-    if (m_machine.files().Exists(OnDriveC(path))) {
-      mistake = path + " is on the machine already";
+    if (!CanBePut(path, mistake)) {
+      mistake = path + " " + mistake;
       return false;
     }
     kind->put(m_machine, OnDriveC(path));
@@ -125,7 +163,7 @@ class Loader {
   }
 
   bool PutRegistry() {
-    const std::optional<std::string> bytes = ReadWhole(m_folder / "machine.reg");
+    const std::optional<std::string> bytes = ReadWholeFile(m_folder / "machine.reg");
     if (!bytes) return Fail("machine.reg", "can't be read");
     const RegistryText text = ParseRegistryText(*bytes);
     if (!text.error.empty()) return Fail("machine.reg", text.error);
@@ -156,22 +194,16 @@ bool LoadSample(sim::Machine& machine, const fs::path& folder, std::string& erro
 
 bool ReadSampleOptions(const fs::path& folder, std::string& options, std::string& error) {
   const fs::path file = folder / "options";
-  const std::optional<std::string> text = ReadWhole(file);
+  const std::optional<std::string> text = ReadWholeFile(file);
   options.clear();
   error.clear();
   if (!text) {
     error = file.string() + ": can't be read";
     return false;
   }
-  std::istringstream lines(*text);
-  std::getline(lines, options);
-  if (options.ends_with('\r')) options.pop_back();
-  std::string more;
-  if (options.empty() || lines >> more) {
-    error = file.string() + ": has to be one line, the agent's options";
-    return false;
-  }
-  return true;
+  options = OptionsLine(*text);
+  if (options.empty()) error = file.string() + ": has to be one line, the agent's options";
+  return error.empty();
 }
 
 }  // namespace desk

@@ -68,8 +68,9 @@ class Maker {
   bool MakeDrivers(const Key& environments) {
     if (environments == nullptr) return true;
     for (const auto& [capitals, environment] : environments->subKeys) {
-      const auto known = std::find_if(std::begin(kEnvironments), std::end(kEnvironments),
-                                      [&](const auto& e) { return e.first == environment->name; });
+      const auto known = std::find_if(
+          std::begin(kEnvironments), std::end(kEnvironments),
+          [&](const auto& e) { return vgl::EqualsIgnoringAsciiCase(e.first, environment->name); });
       if (known == std::end(kEnvironments)) return Fail(*environment, "is of no known environment");
       const Key versions = environment->SubKey(u"Drivers");
       if (versions == nullptr) continue;
@@ -81,10 +82,11 @@ class Maker {
 
   bool MakeDriversOfVersion(const sim::RegistryKey& version, std::u16string_view environment,
                             std::u16string_view folderName) {
-    constexpr std::string_view kPrefix = "Version-";
+    constexpr std::u16string_view kPrefix = u"Version-";
     const std::string name = vgl::Utf8FromText(version.name);
     std::uint32_t number = 0;
-    const bool hasPrefix = name.starts_with(kPrefix);
+    const bool hasPrefix =
+        vgl::EqualsIgnoringAsciiCase(version.name.substr(0, kPrefix.size()), kPrefix);
     const char* const end = name.data() + name.size();
     const auto [stop, error] =
         std::from_chars(name.data() + (hasPrefix ? kPrefix.size() : 0), end, number);

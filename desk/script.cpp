@@ -1,5 +1,6 @@
 #include "desk/script.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <sstream>
@@ -197,5 +198,20 @@ class Reader {
 }  // namespace
 
 Script ParseScript(std::string_view text) { return Reader(text).Read(); }
+
+bool HasBareStart(const Script& script) {
+  return std::any_of(script.commands.begin(), script.commands.end(), [](const Command& command) {
+    return command.kind == Command::Kind::Start && command.text.empty();
+  });
+}
+
+std::string OptionsLine(std::string_view text) {
+  std::istringstream lines{std::string(text)};
+  std::string options;
+  std::getline(lines, options);
+  if (options.ends_with('\r')) options.pop_back();
+  std::string more;
+  return lines >> more ? "" : options;
+}
 
 }  // namespace desk

@@ -3,7 +3,8 @@
 //
 // A script is UTF-8 text of lines; a # at a line's start makes it a comment. The commands are told
 // in docs/sessions.md: param, start, wait, post, kill, await-end, map. In front of them the script
-// may name the sample on whose machine it is played.
+// may name the sample on whose machine it is played; a start without a command line then takes that
+// sample's own.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +16,10 @@ namespace desk {
 
 // The longest time that a script may name, some 24 days.
 inline constexpr std::uint64_t kMostMilliseconds = 0x7FFFFFFF;
+
+// Exit code of whoever plays a session that couldn't be played to its end. An agent itself ends
+// with 0, 3 (a fatal error) or 1 (ended by force), unless a script posts it something else.
+inline constexpr int kSessionFailed = 4;
 
 struct Command {
   enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd, Map };
@@ -39,6 +44,13 @@ struct Script {
 // Reads a whole script. On a mistake `error` is set and `commands` holds what stands in front of
 // it.
 Script ParseScript(std::string_view text);
+
+// Whether some agent is started without a command line.
+bool HasBareStart(const Script& script);
+
+// The agent's command line from the text of a sample's file `options`; empty when that isn't one
+// line.
+std::string OptionsLine(std::string_view text);
 
 // The names that scripts may use for numbers, for messages and timers alike.
 struct NamedNumber {

@@ -26,6 +26,31 @@ TEST_F(MapInWords, WithoutASectionThereAreNoLines) {
   EXPECT_TRUE(inside.process().Ledger().empty());
 }
 
+TEST_F(MapInWords, OfNeitherSectionItIsToldThatThereIsNoMap) {
+  EXPECT_EQ(ReadMaps(Number), Lines{"no map"});
+}
+
+TEST_F(MapInWords, BothMapsStandOneBehindTheOther) {
+  V7Map seven;
+  seven.Write16(V7Map::Slot(0), 0x00FF);
+  EXPECT_EQ(ReadMaps(Number), Lines{"VglV7MapFile_Ink 0: end"});
+  V5Map five;
+  five.Write16(V5Map::Slot(0), 0x00FF);
+  EXPECT_EQ(ReadMaps(Number), (Lines{"VglV5MapFile_Ink 0: end", "VglV7MapFile_Ink 0: end"}));
+}
+
+TEST_F(MapInWords, ASectionThatCantBeSeenWholeIsToldWithTheError) {
+  const vgl::MapBytes small(u"VglV5MapFile_Ink", 1066);
+  EXPECT_EQ(ReadMaps(Number), Lines{"VglV5MapFile_Ink can't be seen, error 5"});
+  EXPECT_EQ(inside.process().Ledger().size(), 2U);  // handle and view of `small`
+}
+
+TEST_F(MapInWords, ANameOfSomethingElseIsToldWithTheError) {
+  const platform::OwnedObject mutex(
+      platform::Os().objects.CreateMutexW(nullptr, false, u"VglV7MapFile_Ink"));
+  EXPECT_EQ(ReadMaps(Number), Lines{"VglV7MapFile_Ink can't be opened, error 6"});
+}
+
 TEST_F(MapInWords, ASlotIsItsNameAndItsWindows) {
   V5Map map;
   map.WriteName(V5Map::Slot(0), u"St\u00FCdio");

@@ -2,12 +2,10 @@
 #include "desk/sample.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <fstream>
 
 #include "desk/sample_spooler.h"
 #include "platform/owned.h"
+#include "tests/desk/scratch_folder.h"
 
 namespace desk {
 namespace {
@@ -16,27 +14,22 @@ using namespace platform;
 using std::string_literals::operator""s;
 namespace fs = std::filesystem;
 
-// A sample with nothing in it, in a folder of this host that goes with the test.
+// A sample with nothing in it.
 class SampleTest : public testing::Test {
  protected:
-  const fs::path folder =
-      fs::temp_directory_path() / ("kavro_sample_test_" + std::to_string(getpid()));
+  ScratchFolder scratch;
+  const fs::path& folder = scratch.path();
   sim::Machine machine;
   std::string error;
 
   SampleTest() {
-    fs::remove_all(folder);
     fs::create_directories(folder / "files");
     Write("libraries", "");
     Write("machine.reg", "REGEDIT4\n");
     Write("options", "/M \"m\"\n");
   }
-  ~SampleTest() override { fs::remove_all(folder); }
 
-  void Write(const fs::path& name, const std::string& bytes) {
-    fs::create_directories((folder / name).parent_path());
-    std::ofstream(folder / name, std::ios::binary) << bytes;
-  }
+  void Write(const fs::path& name, const std::string& bytes) const { scratch.Write(name, bytes); }
   bool Load() { return LoadSample(machine, folder, error); }
   // What is wrong with the sample, behind the name of its folder.
   std::string Mistake() {
@@ -65,7 +58,9 @@ TEST_F(SampleTest, FilesStandOnDriveCWithTheirBytes) {
 }
 
 TEST_F(SampleTest, LibrariesStandUnderTheirPathsByTheirKinds) {
-  Write("libraries", "# comment\n\nregistry-library Drv\\A b.DLL\r\nstand-in Drv\\X.EXE\n");
+  Write("libraries",
+        "# comment\n\r\n  # comment\n \t\r\n registry-library \tDrv\\A b.DLL \t\r\nstand-in "
+        "Drv\\X.EXE");
   ASSERT_TRUE(Load()) << error;
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\A b.DLL").Find(4), nullptr);
   EXPECT_EQ(machine.files().ReadFile(u"C:\\Drv\\X.EXE"), "");
@@ -112,6 +107,17 @@ TEST_F(SampleTest, DriversComeFromTheSpoolersRecords) {
             u"C:\\Windows\\system32\\spool\\drivers\\arm64\\3\\F.DLL");
 }
 
+TEST_F(SampleTest, NamesOfTheSpoolersKeysIgnoreCase) {
+  Write("machine.reg",
+        "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SYSTEM\\currentcontrolset\\CONTROL\\print\\environments\\"
+        "WINDOWS X64\\drivers\\VERSION-3\\D]\n\"DRIVER\"=\"D.DLL\"\n");
+  ASSERT_TRUE(Load()) << error;
+  ASSERT_NE(machine.spooler().FindDriver(u"D"), nullptr);
+  EXPECT_EQ(machine.spooler().FindDriver(u"D")->version, 3U);
+  EXPECT_EQ(machine.spooler().FindDriver(u"D")->driverPath,
+            u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\D.DLL");
+}
+
 TEST_F(SampleTest, PrintersAndTheirDataComeFromTheSpoolersRecords) {
   Write("machine.reg", "REGEDIT4\n" + Printer("P q", kPrinterValues) +
                            "\"Attributes\"=dword:00000040\n\"Print Processor\"=\"WinPrint\"\n"
@@ -147,7 +153,9 @@ TEST_F(SampleTest, PrintersAndTheirDataComeFromTheSpoolersRecords) {
 TEST_F(SampleTest, AFolderThatIsntThereIsAMistake) {
   fs::remove_all(folder);
   EXPECT_FALSE(Load());
-  EXPECT_EQ(error, "there is no sample " + folder.string());
+  EXPECT_EQ(error, "there is no sample " + folder.string() +
+                       "; names without a slash are looked for below samples/ in the current "
+                       "folder");
 }
 
 TEST_F(SampleTest, EachOfItsPartsHasToBeThere) {
@@ -177,6 +185,58 @@ TEST_F(SampleTest, AFileThatIsThereTwiceIsAMistake) {
       << mistake;
 }
 
+TEST_F(SampleTest, AFileWhereAFolderShouldBeIsAMistake) {
+  Write("files/A", "1");
+  Write("libraries", "stand-in a\\x.DLL\n");
+  EXPECT_EQ(Mistake(), "libraries: line 1: a\\x.DLL has a file where its folder should be");
+}
+
+TEST_F(SampleTest, FilesWhoseNamesBeginWithADotAreFilesLikeOthers) {
+  Write("files/.d/.f", "1");
+  ASSERT_TRUE(Load()) << error;
+  EXPECT_EQ(machine.files().ReadFile(u"C:\\.d\\.f"), "1");
+}
+
+TEST_F(SampleTest, LinksAreMistakes) {
+  Write("elsewhere/x", "1");
+  for (const char* target : {"elsewhere", "elsewhere/x", "nowhere"}) {
+    SCOPED_TRACE(target);
+    fs::create_symlink(folder / target, folder / "files/link");
+    EXPECT_EQ(Mistake(), "files/link: is a link; a sample holds the file itself");
+    fs::remove(folder / "files/link");
+  }
+}
+
+TEST_F(SampleTest, NamesThatWindowsHasntAreMistakes) {
+  for (const char* name : {"a\\b", "a:b", "a*", "a?", "a\"", "a<", "a>", "a|", "a..b", "a\tb"}) {
+    SCOPED_TRACE(name);
+    Write("files/"s + name, "");
+    EXPECT_EQ(Mistake(), "files/"s + name + ": Windows has no such name");
+    fs::remove(folder / "files" / name);
+  }
+}
+
+std::string NoPath(const std::string& path) {
+  return "libraries: line 1: \"" + path +
+         "\" is no path on drive C, as in Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL";
+}
+
+TEST_F(SampleTest, PathsOfLibrariesAreOnDriveCAndLeadNowhereElse) {
+  for (const char* path :
+       {"", "C:\\A.DLL", "C:A.DLL", "\\A.DLL", "\\\\srv\\share\\A.DLL", "A/B.DLL", "A\\\\B.DLL",
+        "A\\", "..\\A.DLL", "A\\..\\B.DLL", "A\\..", ".\\A.DLL", "A\\.\\B.DLL", "A*.DLL"}) {
+    Write("libraries", "stand-in "s + path + "\n");
+    sim::Machine fresh;
+    EXPECT_FALSE(LoadSample(fresh, folder, error));
+    EXPECT_EQ(error, folder.string() + "/" + NoPath(path));
+  }
+  // Windows takes 259 characters with the drive.
+  Write("libraries", "stand-in " + std::string(257, 'x') + "\n");
+  EXPECT_EQ(Mistake(), NoPath(std::string(257, 'x')));
+  Write("libraries", "stand-in " + std::string(256, 'x') + "\n");
+  EXPECT_TRUE(Load()) << error;
+}
+
 TEST_F(SampleTest, MistakesInLibrariesAreNamedWithTheirLine) {
   Write("files/Drv/A.DLL", "");
   const struct {
@@ -186,17 +246,8 @@ TEST_F(SampleTest, MistakesInLibrariesAreNamedWithTheirLine) {
       {"stand-in B\nregistrylibrary A.DLL\n",
        "libraries: line 2: there is no kind \"registrylibrary\"; the kinds are registry-library "
        "and stand-in"},
-      {"registry-library\n",
-       "libraries: line 1: \"\" is no path on drive C, as in "
-       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
-      {"stand-in C:\\A.DLL\n",
-       "libraries: line 1: \"C:\\A.DLL\" is no path on drive C, as in "
-       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
-      {"stand-in \\A.DLL\n",
-       "libraries: line 1: \"\\A.DLL\" is no path on drive C, as in "
-       "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
-      {"stand-in A/B.DLL\n",
-       "libraries: line 1: \"A/B.DLL\" is no path on drive C, as in "
+      {"# next\r\nregistry-library\r\n",
+       "libraries: line 2: \"\" is no path on drive C, as in "
        "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},
       {"registry-library Drv\\a.dll\n", "libraries: line 1: Drv\\a.dll is on the machine already"},
       {"# once\nstand-in T\nregistry-library t\n",
@@ -255,31 +306,14 @@ TEST_F(SampleTest, APrinterThatIsThereAlreadyIsAMistake) {
 }
 
 TEST_F(SampleTest, TheOptionsAreOneLine) {
-  const struct {
-    std::string text;
-    bool good;
-    std::string options;
-  } cases[] = {
-      {"/P \"\xD7\xA4\" /M \"m\"\n", true, "/P \"\xD7\xA4\" /M \"m\""},
-      {"/M \"m\"\r\n\r\n", true, "/M \"m\""},
-      {"/M \"m\"", true, "/M \"m\""},
-      {"", false, ""},
-      {"\n/M \"m\"\n", false, ""},
-      {"/P \"p\"\n/M \"m\"\n", false, ""},
-  };
-  for (const auto& [text, good, options] : cases) {
-    SCOPED_TRACE(text);
-    Write("options", text);
-    std::string read = "before";
-    EXPECT_EQ(ReadSampleOptions(folder, read, error), good);
-    if (good)
-      EXPECT_EQ(read, options);
-    else
-      EXPECT_EQ(error, (folder / "options").string() + ": has to be one line, the agent's options");
-  }
+  std::string options = "before";
+  EXPECT_TRUE(ReadSampleOptions(folder, options, error)) << error;
+  EXPECT_EQ(options, "/M \"m\"");
+  Write("options", "/P \"p\"\n/M \"m\"\n");
+  EXPECT_FALSE(ReadSampleOptions(folder, options, error));
+  EXPECT_EQ(error, (folder / "options").string() + ": has to be one line, the agent's options");
   fs::remove(folder / "options");
-  std::string read;
-  EXPECT_FALSE(ReadSampleOptions(folder, read, error));
+  EXPECT_FALSE(ReadSampleOptions(folder, options, error));
   EXPECT_EQ(error, (folder / "options").string() + ": can't be read");
 }
 

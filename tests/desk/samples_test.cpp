@@ -195,17 +195,38 @@ TEST_F(OneSample, StudioDescribesWhatAnotherSetWouldWriteIntoTheRegistry) {
   Put(machine, "studio-7200");
   constexpr char16_t kKey[] = u"Software\\KAVRO\\VGL3\\Driver\\KAVRO Studio 7200";
   EXPECT_FALSE(machine.registry().HasKey(HKEY_LOCAL_MACHINE, kKey));
-  const std::u16string menu = std::u16string(kKey) + u"\\Menu";
-  EXPECT_EQ(Value(kPrinterName, menu.c_str(), u"921"), InSpool(u"K_S72UT.DLL /U2"));
-  EXPECT_EQ(Value(kPrinterName, menu.c_str(), u"930"), u"%sK_DRVUP.EXE /CHECK");
-  EXPECT_EQ(Value(kPrinterName, menu.c_str(), u"931"), InSpool(u" /DRVUPDATE"));
-  EXPECT_EQ(Value(kPrinterName, menu.c_str(), u"950"),
-            u"https://studio7200.kavro.example/support|");
-  EXPECT_EQ(Value(kPrinterName, menu.c_str(), u"Separators"), u"5,7,10");
   EXPECT_EQ(vgl::CDrvInfoReader().GetDword(kPrinterName, kKey, u"QBAPI_VERSION"), 0x100);
   EXPECT_EQ(vgl::CDrvInfoReader().GetDword(kPrinterName, kKey, u"AgentBits"), 64);
   EXPECT_EQ(Value(kPrinterName, kKey, u"SpoolSystem"), u"C:\\Windows\\system32\\spoolsv.exe");
   EXPECT_EQ(Value(kPrinterName, kKey, u"SpoolSystem9x"), u"");
+}
+
+TEST_F(OneSample, StudioHasAMenuCommandOfEveryForm) {
+  Put(machine, "studio-7200");
+  constexpr char16_t kMenu[] = u"Software\\KAVRO\\VGL3\\Driver\\KAVRO Studio 7200\\Menu";
+  const struct {
+    const char16_t* slot;
+    std::u16string command;
+  } rows[] = {
+      {u"921", InSpool(u"K_S72UT.DLL /U2")},      // into the utility library
+      {u"930", u"%sK_DRVUP.EXE /CHECK"},          // the program of DriverUpdateName
+      {u"935", InSpool(u"K_S72LM.EXE /LM")},      // the markers
+      {u"926", InSpool(u" /CISSVALID")},          // of a folder
+      {u"936", InSpool(u"K_S72DEP.EXE /DP /Q")},  // of a program with arguments
+      {u"937", InSpool(u"K_S72DEP.EXE /ASMRT")},
+      {u"931", InSpool(u" /DRVUPDATE")},
+      {u"932", InSpool(u" /UPPILOT")},
+      {u"938", InSpool(u"K_S72MAN.EXE /HELP")},  // no marker
+      {u"939", InSpool(u"K_S72MAN.EXE")},        // no arguments
+      // from 950 on: divided by a bar (also with nothing behind it), by a slash, not at all
+      {u"950", u"https://studio7200.kavro.example/support|"},
+      {u"951", InSpool(u"K_S72MAN.EXE|/INDEX /TOP")},
+      {u"952", InSpool(u"K_S72MAN.EXE /ABOUT")},
+      {u"953", InSpool(u"K_S72MAN.EXE")},
+      {u"Separators", u"5,7,10"},
+  };
+  for (const auto& [slot, command] : rows)
+    EXPECT_EQ(Value(kPrinterName, kMenu, slot), command) << vgl::Utf8FromText(slot);
 }
 
 TEST_F(OneSample, AtelierTellsItsSettingsInTheRegistry) {
@@ -225,6 +246,17 @@ TEST_F(OneSample, AtelierTellsItsSettingsInTheRegistry) {
       AllTold()[1].profile);
   EXPECT_EQ(machine.registry().String(HKEY_LOCAL_MACHINE, std::u16string(kKey) + u"\\Menu", u"922"),
             u"C:\\ProgramData\\KAVRO\\A4400\\ /UPPILOT");
+}
+
+// Asked by its VIF, its SADat file is looked for beside that; it stands with the driver.
+TEST_F(OneSample, AtelierIsDescribedByItsPrinterAndItsDriverButNotByItsVif) {
+  Put(machine, "atelier-4400");
+  constexpr char16_t kKey[] = u"Software\\KAVRO\\VGL3\\Driver\\KAVRO Atelier 4400";
+  const vgl::CDrvInfoReader reader;
+  EXPECT_EQ(reader.GetString(u"Atelier 4400", kKey, u"ModelID"), u"A4400");
+  EXPECT_EQ(reader.GetStringOfDriver(u"KAVRO Atelier 4400", kKey, u"ModelID"), u"A4400");
+  EXPECT_EQ(reader.GetStringOfVif(AllTold()[1].vif.c_str(), kKey, u"ModelID"), u"");
+  EXPECT_EQ(reader.GetDwordOfVif(AllTold()[1].vif.c_str(), kKey, u"QBAPI_VERSION"), -1);
 }
 
 TEST_F(OneSample, PanoramaHasHebrewTextsInItsProfile) {

@@ -18,10 +18,11 @@ TEST(Script, ReadsEveryCommand) {
       "start /FU \"K_Q1.tmp\"\n"
       "wait 3000\n"
       "post WM_TIMER TMID_FLUSHLOG -1\n"
+      "map\n"
       "kill @1\n"
       "await-end 500\n");
   ASSERT_EQ(script.error, "");
-  ASSERT_EQ(script.commands.size(), 6U);
+  ASSERT_EQ(script.commands.size(), 7U);
   EXPECT_EQ(script.commands[0].kind, Kind::Param);
   EXPECT_EQ(script.commands[0].text, "K_Q1.tmp");
   EXPECT_EQ(script.commands[0].content, "/P \"a b\"\n/R\n");
@@ -34,10 +35,12 @@ TEST(Script, ReadsEveryCommand) {
   EXPECT_EQ(script.commands[3].message, 275U);
   EXPECT_EQ(script.commands[3].wParam, 30U);
   EXPECT_EQ(script.commands[3].lParam, -1);
-  EXPECT_EQ(script.commands[4].kind, Kind::Kill);
-  EXPECT_EQ(script.commands[4].agent, 1);
-  EXPECT_EQ(script.commands[5].kind, Kind::AwaitEnd);
-  EXPECT_EQ(script.commands[5].agent, 0);
+  EXPECT_EQ(script.commands[4].kind, Kind::Map);
+  EXPECT_EQ(script.commands[5].kind, Kind::Kill);
+  EXPECT_EQ(script.commands[5].agent, 1);
+  EXPECT_EQ(script.commands[6].kind, Kind::AwaitEnd);
+  EXPECT_EQ(script.commands[6].agent, 0);
+  EXPECT_EQ(script.commands[6].milliseconds, 500U);
 }
 
 TEST(Script, MayNameItsSampleInFrontOfItsCommands) {
@@ -60,6 +63,24 @@ TEST(Script, StartMayHaveNoCommandLine) {
   const Script script = ParseScript("start\n");
   ASSERT_EQ(script.error, "");
   EXPECT_EQ(script.commands[0].text, "");
+  EXPECT_TRUE(HasBareStart(script));
+  EXPECT_TRUE(HasBareStart(ParseScript("start /R\nstart  \t\r\n")));
+  EXPECT_FALSE(HasBareStart(ParseScript("start /R\nmap\n")));
+}
+
+TEST(Script, AFileOfOptionsIsOneLine) {
+  const struct {
+    const char* text;
+    const char* options;
+  } cases[] = {
+      {"/P \"\xD7\xA4\" /M \"m\"\n", "/P \"\xD7\xA4\" /M \"m\""},
+      {"/M \"m\"\r\n\r\n", "/M \"m\""},
+      {"/M \"m\"", "/M \"m\""},
+      {"", ""},
+      {"\n/M \"m\"\n", ""},
+      {"/P \"p\"\n/M \"m\"\n", ""},
+  };
+  for (const auto& [text, options] : cases) EXPECT_EQ(OptionsLine(text), options) << text;
 }
 
 TEST(Script, NamesTheMistakeAndWhatWouldBeRight) {

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "desk/command_line.h"
+#include "tests/desk/scratch_folder.h"
 
 namespace desk {
 namespace {
@@ -32,6 +33,17 @@ bool Holds(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
+// What a "map" in the script showed, in order.
+std::vector<std::string> MapLines(const std::string& out) {
+  constexpr std::string_view kMark = "script    map| ";
+  std::istringstream in(out);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);)
+    if (const std::size_t at = line.find(kMark); at != std::string::npos)
+      lines.push_back(line.substr(at + kMark.size()));
+  return lines;
+}
+
 // Two agents that know nothing of each other, each known by its port.
 constexpr char kStart[] = "start /D \"KAVRO Studio 7200\" /O \"a\" /M \"m\"\n";
 constexpr char kStartOther[] = "start /D \"KAVRO Studio 7200\" /O \"b\" /M \"m\"\n";
@@ -51,11 +63,79 @@ TEST(Vgldesk, ShowsWhoIsInTheInstanceMap) {
   const Outcome outcome = RunWords({"run", "--script", "desk/sessions/instance_map.session"});
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.code, 1);  // the first agent was ended by force
-  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, agent 1\n"));
-  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, dead\n"));
-  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 0: Studio 7200, agent 5\n"));
-  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 1: Third Studio, agent 7\n"));
-  EXPECT_TRUE(Holds(outcome.out, "map| VglV5MapFile_Ink 2: LPT2, agent 3\n"));
+  const std::vector<std::string> expected = {
+      // before all
+      "no map",
+      // the first printer's agent
+      "VglV5MapFile_Ink 0: Studio 7200, agent 1",
+      "VglV5MapFile_Ink 1: end",
+      // a second printer's, and one for a port
+      "VglV5MapFile_Ink 0: Studio 7200, agent 1",
+      "VglV5MapFile_Ink 1: Second Studio, agent 2",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // agent 4 gave way
+      "VglV5MapFile_Ink 0: Studio 7200, agent 1",
+      "VglV5MapFile_Ink 1: Second Studio, agent 2",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // agent 1 crashed
+      "VglV5MapFile_Ink 0: Studio 7200, dead",
+      "VglV5MapFile_Ink 1: Second Studio, agent 2",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // agent 5 took its slot
+      "VglV5MapFile_Ink 0: Studio 7200, agent 5",
+      "VglV5MapFile_Ink 1: Second Studio, agent 2",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // agent 6 has ended agent 2
+      "VglV5MapFile_Ink 0: Studio 7200, agent 5",
+      "VglV5MapFile_Ink 1: free",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // a third printer's took the free slot
+      "VglV5MapFile_Ink 0: Studio 7200, agent 5",
+      "VglV5MapFile_Ink 1: Third Studio, agent 7",
+      "VglV5MapFile_Ink 2: LPT2, agent 3",
+      "VglV5MapFile_Ink 3: end",
+      // only agent 5 is left
+      "VglV5MapFile_Ink 0: Studio 7200, agent 5",
+      "VglV5MapFile_Ink 1: free",
+      "VglV5MapFile_Ink 2: free",
+      "VglV5MapFile_Ink 3: end",
+      // nobody
+      "no map",
+  };
+  EXPECT_EQ(MapLines(outcome.out), expected);
+}
+
+TEST(Vgldesk, PlaysTheSessionsOfTheSamples) {
+  using Lines = std::vector<std::string>;
+  const struct {
+    const char* session;
+    const char* model;  // which the first two don't name: it comes from the install description
+    Lines maps;
+  } cases[] = {
+      {"faults", "K1100", {"VglV5MapFile_Ink 0: Sketch 1100, agent 1", "VglV5MapFile_Ink 1: end"}},
+      {"registry",
+       "A4400",
+       {"VglV5MapFile_Ink 0: Atelier 4400, agent 1", "VglV5MapFile_Ink 1: end"}},
+      {"v7_map",
+       "P9900",
+       {"no map",
+        "VglV7MapFile_Ink 0: \xD7\xA4\xD7\xA0\xD7\x95\xD7\xA8\xD7\x9E\xD7\x94 9900, agent 1",
+        "VglV7MapFile_Ink 1: end", "no map"}},
+  };
+  for (const auto& [session, model, maps] : cases) {
+    SCOPED_TRACE(session);
+    const Outcome outcome = RunWords(
+        {"run", "--log", "--script", std::string("desk/sessions/") + session + ".session"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(Holds(outcome.out, std::string("; cmdInfo.m_szModelID : ") + model + "\n"));
+    EXPECT_EQ(MapLines(outcome.out), maps);
+  }
 }
 
 TEST(Vgldesk, KeepsTheParameterFileOfTheMachinesRunKey) {
@@ -89,7 +169,7 @@ TEST(Vgldesk, AnEventWithLineEndsStandsOnOneLine) {
 
 TEST(Vgldesk, AMessageThatCantBePostedFailsTheSession) {
   const Outcome outcome = RunScript(std::string(kStart) + "wait 200\npost 44\n");
-  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.code, 4);
   EXPECT_EQ(outcome.err, "vgldesk: line 3: this message can't be posted\n");
 }
 
@@ -112,20 +192,27 @@ TEST(Vgldesk, TheSameSeedPrintsTheSameLines) {
 
 TEST(Vgldesk, AnAgentThatStillRunsFailsTheSession) {
   const Outcome outcome = RunScript(kStart);
-  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.code, 4);
   EXPECT_EQ(outcome.err, "vgldesk: agent 1 still runs at the end of the script\n");
 }
 
 TEST(Vgldesk, AnAgentThatDoesntEndInTimeFailsTheSession) {
   const Outcome outcome = RunScript(std::string(kStart) + "await-end 100\n");
-  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.code, 4);
   EXPECT_EQ(outcome.err, "vgldesk: line 2: agent 1 still runs\n");
 }
 
 TEST(Vgldesk, PostingToAnAgentWithoutAWindowFailsTheSession) {
   const Outcome outcome = RunScript(std::string(kStart) + "post WM_CLOSE\n");
-  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.code, 4);
   EXPECT_EQ(outcome.err, "vgldesk: line 2: agent 1 has no window\n");
+}
+
+TEST(Vgldesk, PostingToAnAgentThatHasEndedTellsItsCode) {
+  const Outcome outcome =
+      RunScript(std::string(kStart) + "wait 200\npost 18 7\nwait 10\npost WM_CLOSE\n");
+  EXPECT_EQ(outcome.code, 4);
+  EXPECT_EQ(outcome.err, "vgldesk: line 5: agent 1 has ended already, with code 7\n");
 }
 
 TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
@@ -133,18 +220,24 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
     std::vector<std::string> words;
     std::string part;
   } cases[] = {
-      {{}, "vgldesk: \"\" is no command; the command is run"},
-      {{"walk"}, "vgldesk: \"walk\" is no command; the command is run"},
+      {{}, "vgldesk: \"\" is no command; the commands are run and describe"},
+      {{"walk"}, "vgldesk: \"walk\" is no command; the commands are run and describe"},
       {{"run"}, "give a sample, --script FILE, or an agent's command line behind --"},
-      {{"run", "no-such"}, "vgldesk run: samples/no-such/options: can't be read"},
-      {{"run", "no-such", "--", "/R"}, "vgldesk: there is no sample samples/no-such"},
-      {{"run", "./no-such", "--", "/R"}, "vgldesk: there is no sample ./no-such"},
+      {{"run", "no-such"},
+       "vgldesk: there is no sample samples/no-such; names without a slash are looked for below "
+       "samples/ in the current folder\n"},
+      {{"run", "no-such", "--", "/R"}, "vgldesk: there is no sample samples/no-such;"},
+      {{"run", "./no-such", "--", "/R"}, "vgldesk: there is no sample ./no-such;"},
       {{"run", "studio-7200", "sketch-1100"}, "sketch-1100"},
       {{"run", "--seed", "many", "--", "/R"}, "--seed"},
       {{"run", "--loud", "--", "/R"}, "--loud"},
       {{"run", "--for", "2147483648", "--", "/R"}, "--for"},
       {{"run", "--script", "x", "--", "/R"}, "give either --script or a command line behind --"},
       {{"run", "--script", "no/such.session"}, "the script no/such.session can't be read"},
+      {{"run", "--script", "desk/sessions"}, "the script desk/sessions can't be read"},
+      {{"describe"}, "sample"},
+      {{"describe", "studio-7200", "sketch-1100"}, "sketch-1100"},
+      {{"describe", "studio-7200", "--", "/R"}, "there is no command line to give behind --"},
   };
   for (const auto& [words, part] : cases) {
     const Outcome outcome = RunWords(words);
@@ -184,7 +277,26 @@ TEST(Vgldesk, TheSampleOfTheCommandLineStandsInForTheScripts) {
   const std::string script =
       "sample no-such\nstart /P \"Sketch 1100\" /D \"KAVRO Sketch 1100\" /M \"K1100\"\nkill\n";
   EXPECT_TRUE(Holds(RunScript(script, {"sketch-1100"}).out, "K_WRDEF1.DLL"));
-  EXPECT_EQ(RunScript(script).err, "vgldesk: there is no sample samples/no-such\n");
+  EXPECT_TRUE(Holds(RunScript(script).err, "vgldesk: there is no sample samples/no-such;"));
+}
+
+TEST(Vgldesk, AStartWithoutACommandLineTakesTheSamplesOwn) {
+  const std::string started = "/P \"Atelier 4400\" /D \"KAVRO Atelier 4400\" /O \"USB002\"";
+  const std::string script = "sample studio-7200\nstart\nkill\n";
+  EXPECT_TRUE(Holds(RunScript(script).out, "/P \"Studio 7200\" /D \"KAVRO Studio 7200\""));
+  EXPECT_TRUE(Holds(RunScript(script, {"atelier-4400"}).out, started));
+  EXPECT_FALSE(Holds(RunScript("start\nkill\n").out, "/P"));
+}
+
+TEST(Vgldesk, ASampleWithoutOptionsIsAMistakeOnlyWhereTheyAreWanted) {
+  const ScratchFolder sample;
+  sample.Write("machine.reg", "REGEDIT4\n");
+  sample.Write("libraries", "");
+  std::filesystem::create_directory(sample.path() / "files");
+  const std::string folder = sample.path().string();
+  EXPECT_EQ(RunWords({"run", folder}).code, 2);
+  EXPECT_EQ(RunWords({"run", folder}).err, "vgldesk: " + folder + "/options: can't be read\n");
+  EXPECT_EQ(RunScript("start /O \"a\"\nkill\n", {folder}).err, "");
 }
 
 TEST(Vgldesk, HelpTellsTheOptionsAndGivesZero) {
@@ -192,6 +304,8 @@ TEST(Vgldesk, HelpTellsTheOptionsAndGivesZero) {
   EXPECT_EQ(outcome.code, 0);
   for (const char* option : {"SAMPLE", "--log", "--seed", "--script", "--for"})
     EXPECT_TRUE(Holds(outcome.out, option)) << option;
+  EXPECT_EQ(RunWords({"describe", "--help"}).code, 0);
+  EXPECT_TRUE(Holds(RunWords({"--help"}).out, "describe"));
 }
 
 TEST(Vgldesk, GivesWordsTheirQuotesBack) {

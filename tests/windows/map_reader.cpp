@@ -26,8 +26,7 @@ int main(int count, char** words) {
   std::vector<DWORD> agents;
   for (int i = 1; i < count; ++i)
     agents.push_back(static_cast<DWORD>(std::strtoul(words[i], nullptr, 10)));
-  for (const desk::MapForm& form : desk::kMapForms)
-    for (const std::string& line :
-         desk::ReadMap(form, [&](std::uint64_t window) { return OwnerOf(window, agents); }))
-      std::printf("map| %s\n", line.c_str());
+  for (const std::string& line :
+       desk::ReadMaps([&](std::uint64_t window) { return OwnerOf(window, agents); }))
+    std::printf("map| %s\n", line.c_str());
 }

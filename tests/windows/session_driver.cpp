@@ -1,10 +1,13 @@
 // Plays a session script on the built .EXE: starts it, posts to its window, waits for its end. Its
-// exit code is that of the first agent, or 1 when the session couldn't be played to its end.
+// exit code is that of the first agent, 4 when the session couldn't be played to its end, or 2 for
+// a mistake in the command line or the script.
 //
-//   session_driver --agent PATH [--log] SCRIPT
+//   session_driver --agent PATH [--log] [--options FILE] SCRIPT
+//     --options  the sample's options, for a start without a command line
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,6 +46,12 @@ bool WriteWholeFile(const std::wstring& path, const void* data, std::size_t byte
   return done && written == bytes;
 }
 
+std::optional<std::string> ReadWholeFile(const std::wstring& path) {
+  std::ifstream file(path.c_str(), std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
 std::wstring TempFolder() {
   wchar_t path[MAX_PATH + 1] = {};
   GetTempPathW(MAX_PATH + 1, path);
@@ -68,7 +77,9 @@ BOOL CALLBACK TakeTrayWindow(HWND window, LPARAM parameter) {
 
 class Driver {
  public:
-  explicit Driver(std::wstring agentPath) : m_agentPath(std::move(agentPath)) {}
+  // `options` are for a start without a command line.
+  Driver(std::wstring agentPath, std::string options)
+      : m_agentPath(std::move(agentPath)), m_options(std::move(options)) {}
 
   ~Driver() {
     for (const PROCESS_INFORMATION& agent : m_agents) {
@@ -84,16 +95,23 @@ class Driver {
     return AllEnded();
   }
 
-  int ExitCodeOfFirst() const {
+  int ExitCodeOfFirst() const { return m_agents.empty() ? 0 : ExitCodeOf(m_agents.front()); }
+
+ private:
+  static int ExitCodeOf(const PROCESS_INFORMATION& agent) {
     DWORD code = 0;
-    if (!m_agents.empty()) GetExitCodeProcess(m_agents.front().hProcess, &code);
+    GetExitCodeProcess(agent.hProcess, &code);
     return static_cast<int>(code);
   }
 
- private:
   const PROCESS_INFORMATION& AgentOf(const desk::Command& command) const {
     return command.agent == 0 ? m_agents.back()
                               : m_agents[static_cast<std::size_t>(command.agent) - 1];
+  }
+
+  std::string NameOf(const desk::Command& command) const {
+    return "agent " +
+           std::to_string(command.agent == 0 ? static_cast<int>(m_agents.size()) : command.agent);
   }
 
   bool Fail(const desk::Command& command, const std::string& what) {
@@ -125,7 +143,7 @@ class Driver {
         if (WaitForSingleObject(AgentOf(command).hProcess,
                                 static_cast<DWORD>(command.milliseconds)) == WAIT_OBJECT_0)
           return true;
-        return Fail(command, "the agent still runs");
+        return Fail(command, NameOf(command) + " still runs");
       case desk::Command::Kind::Map:
         return ShowMaps(command);
     }
@@ -152,7 +170,8 @@ class Driver {
   }
 
   bool Start(const desk::Command& command) {
-    std::wstring line = L"\"" + m_agentPath + L"\" " + Wide(command.text);
+    std::wstring line =
+        L"\"" + m_agentPath + L"\" " + Wide(command.text.empty() ? m_options : command.text);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION agent = {};
@@ -165,24 +184,31 @@ class Driver {
   }
 
   bool Post(const desk::Command& command) {
-    WindowSearch search = {AgentOf(command).dwProcessId, nullptr};
+    const PROCESS_INFORMATION& agent = AgentOf(command);
+    if (WaitForSingleObject(agent.hProcess, 0) == WAIT_OBJECT_0)
+      return Fail(command, NameOf(command) + " has ended already, with code " +
+                               std::to_string(ExitCodeOf(agent)));
+    WindowSearch search = {agent.dwProcessId, nullptr};
     EnumWindows(TakeTrayWindow, reinterpret_cast<LPARAM>(&search));
-    if (search.found == nullptr) return Fail(command, "the agent has no window");
+    if (search.found == nullptr) return Fail(command, NameOf(command) + " has no window");
     Say("posted message " + std::to_string(command.message));
     if (PostMessageW(search.found, command.message, command.wParam, command.lParam)) return true;
     return Fail(command, "this message can't be posted");
   }
 
   bool AllEnded() const {
-    for (const PROCESS_INFORMATION& agent : m_agents) {
-      if (WaitForSingleObject(agent.hProcess, 0) == WAIT_OBJECT_0) continue;
-      Say("session_driver: an agent still runs at the end of the script");
-      return false;
+    bool allEnded = true;
+    for (std::size_t i = 0; i < m_agents.size(); ++i) {
+      if (WaitForSingleObject(m_agents[i].hProcess, 0) == WAIT_OBJECT_0) continue;
+      Say("session_driver: agent " + std::to_string(i + 1) +
+          " still runs at the end of the script");
+      allEnded = false;
     }
-    return true;
+    return allEnded;
   }
 
   std::wstring m_agentPath;
+  std::string m_options;
   std::vector<PROCESS_INFORMATION> m_agents;
 };
 
@@ -198,46 +224,68 @@ bool EnableTrayLog() {
   return status == ERROR_SUCCESS;
 }
 
-int Usage() {
-  Say("usage: session_driver --agent PATH [--log] SCRIPT");
+std::string Narrow(const std::wstring& text) {
+  const int size = static_cast<int>(text.size());
+  std::string utf8(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), size,
+                                                                nullptr, 0, nullptr, nullptr)),
+                   '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), static_cast<int>(utf8.size()),
+                      nullptr, nullptr);
+  return utf8;
+}
+
+// What the command line tells.
+struct Given {
+  std::wstring agentPath;
+  std::wstring optionsPath;
+  std::wstring scriptPath;
+  bool log = false;
+};
+
+bool ReadCommandLine(int count, wchar_t** words, Given& given) {
+  for (int i = 1; i < count; ++i) {
+    const std::wstring word = words[i];
+    if (word == L"--agent" && i + 1 < count) {
+      given.agentPath = words[++i];
+    } else if (word == L"--options" && i + 1 < count) {
+      given.optionsPath = words[++i];
+    } else if (word == L"--log") {
+      given.log = true;
+    } else if (given.scriptPath.empty()) {
+      given.scriptPath = word;
+    } else {
+      return false;
+    }
+  }
+  return !given.agentPath.empty() && !given.scriptPath.empty();
+}
+
+int Mistake(const std::string& what) {
+  Say("session_driver: " + what);
   return 2;
 }
 
 }  // namespace
 
 int wmain(int count, wchar_t** words) {
-  std::wstring agentPath;
-  std::wstring scriptPath;
-  bool log = false;
-  for (int i = 1; i < count; ++i) {
-    const std::wstring word = words[i];
-    if (word == L"--agent" && i + 1 < count) {
-      agentPath = words[++i];
-    } else if (word == L"--log") {
-      log = true;
-    } else if (scriptPath.empty()) {
-      scriptPath = word;
-    } else {
-      return Usage();
-    }
-  }
-  if (agentPath.empty() || scriptPath.empty()) return Usage();
+  Given given;
+  if (!ReadCommandLine(count, words, given))
+    return Mistake("usage: session_driver --agent PATH [--log] [--options FILE] SCRIPT");
+  const std::optional<std::string> text = ReadWholeFile(given.scriptPath);
+  if (!text) return Mistake("the script " + Narrow(given.scriptPath) + " can't be read");
+  const desk::Script script = desk::ParseScript(*text);
+  if (!script.error.empty()) return Mistake(script.error);
 
-  std::ifstream file(scriptPath.c_str(), std::ios::binary);
-  if (!file) {
-    Say("session_driver: the script can't be read");
-    return 2;
+  std::string options;
+  if (desk::HasBareStart(script) && !given.optionsPath.empty()) {
+    options = desk::OptionsLine(ReadWholeFile(given.optionsPath).value_or(""));
+    if (options.empty())
+      return Mistake(Narrow(given.optionsPath) + " has to be one line, the agent's options");
   }
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  const desk::Script script = desk::ParseScript(text);
-  if (!script.error.empty()) {
-    Say("session_driver: " + script.error);
-    return 2;
-  }
-  if (log && !EnableTrayLog()) {
+  if (given.log && !EnableTrayLog()) {
     Say("session_driver: the tray log can't be switched on");
-    return 1;
+    return desk::kSessionFailed;
   }
-  Driver driver(agentPath);
-  return driver.Play(script) ? driver.ExitCodeOfFirst() : 1;
+  Driver driver(given.agentPath, options);
+  return driver.Play(script) ? driver.ExitCodeOfFirst() : desk::kSessionFailed;
 }
