@@ -30,7 +30,8 @@ class CKvOpenPrinter {
 
   // Opens a printer by name; `defaults` may be null. kOpened: `*outHandle` is the caller's, to be
   // closed by KvClosePrinter of this object. Any other result: nothing is open, and `*outHandle` is
-  // as it was, or null after kFailed. In plain mode installers are not looked for, and only kOpened and kFailed come back.
+  // as it was, or null after kFailed. In plain mode installers are not looked for, and only kOpened
+  // and kFailed come back.
   std::int32_t KvOpenPrinter(const char16_t* name, platform::HPRINTER* outHandle,
                              const platform::PrinterDefaults* defaults);
 
