@@ -407,14 +407,15 @@ TEST(SingleInstance, TwoStartsAtOnceClaimTwiceOnlyWhereTheyOverlap) {
   EXPECT_GT(singleClaims, 0);
 }
 
-// The check and the store of one agent, `delay` platform calls behind those of another one.
+// The check and the store of two agents, each behind that many other platform calls.
 struct ClaimsAtOffset {
   std::uint64_t calls = 0;  // of the first agent
   StartOfAgent first;
   StartOfAgent second;
 };
 
-ClaimsAtOffset ClaimAtOffset(std::uint64_t delay, std::uint64_t seed) {
+ClaimsAtOffset ClaimAtOffset(std::uint64_t firstDelay, std::uint64_t secondDelay,
+                             std::uint64_t seed) {
   sim::Machine machine(seed);
   std::size_t place = 0;
   const auto claim = [&place](StartOfAgent& start, std::uint64_t wait) {
@@ -438,9 +439,9 @@ ClaimsAtOffset ClaimAtOffset(std::uint64_t delay, std::uint64_t seed) {
   };
   ClaimsAtOffset result;
   const sim::Process& first = machine.StartProcess(
-      u"C:\\a.exe", u"", [&](const char16_t*) { return claim(result.first, 0); });
+      u"C:\\a.exe", u"", [&](const char16_t*) { return claim(result.first, firstDelay); });
   machine.StartProcess(u"C:\\b.exe", u"",
-                       [&](const char16_t*) { return claim(result.second, delay); });
+                       [&](const char16_t*) { return claim(result.second, secondDelay); });
   machine.RunFor(500);
   result.calls = first.calls();
   machine.RunFor(1000);
@@ -448,23 +449,26 @@ ClaimsAtOffset ClaimAtOffset(std::uint64_t delay, std::uint64_t seed) {
 }
 
 TEST(SingleInstance, ClaimsAtEveryOffsetAreDoubleOnlyWhereTheyOverlap) {
-  const std::uint64_t calls = ClaimAtOffset(0, 0).calls;
+  const std::uint64_t calls = ClaimAtOffset(0, 0, 0).calls;
   ASSERT_GT(calls, 10U);
   int doubleClaims = 0;
   int singleClaims = 0;
   for (std::uint64_t seed = 1; seed <= 8; ++seed)
-    for (std::uint64_t delay = 0; delay <= calls + 5; ++delay) {
-      SCOPED_TRACE("seed " + std::to_string(seed) + ", delay " + std::to_string(delay));
-      const ClaimsAtOffset claims = ClaimAtOffset(delay, seed);
-      ExpectOneAgentOrAnOverlap(claims.first, claims.second);
-      (claims.first.runs && claims.second.runs ? doubleClaims : singleClaims) += 1;
-    }
+    for (std::uint64_t delay = 0; delay <= calls + 5; ++delay)
+      for (const bool isFirstDelayed : {false, true}) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + ", delay " + std::to_string(delay) +
+                     (isFirstDelayed ? " of the first" : " of the second"));
+        const ClaimsAtOffset claims =
+            isFirstDelayed ? ClaimAtOffset(delay, 0, seed) : ClaimAtOffset(0, delay, seed);
+        ExpectOneAgentOrAnOverlap(claims.first, claims.second);
+        (claims.first.runs && claims.second.runs ? doubleClaims : singleClaims) += 1;
+      }
   EXPECT_GT(doubleClaims, 0);
   EXPECT_GT(singleClaims, 0);
 }
 
 TEST(SingleInstance, WhereNoThreadIsInterruptedTheFirstOneHasThePrinter) {
-  const ClaimsAtOffset claims = ClaimAtOffset(0, 0);
+  const ClaimsAtOffset claims = ClaimAtOffset(0, 0, 0);
   EXPECT_TRUE(claims.first.runs);
   EXPECT_FALSE(claims.second.runs);
 }
