@@ -68,9 +68,10 @@ class Maker {
   bool MakeDrivers(const Key& environments) {
     if (environments == nullptr) return true;
     for (const auto& [capitals, environment] : environments->subKeys) {
-      const auto known = std::find_if(
-          std::begin(kEnvironments), std::end(kEnvironments),
-          [&](const auto& e) { return vgl::EqualsIgnoringAsciiCase(e.first, environment->name); });
+      const auto known = std::find_if(std::begin(kEnvironments), std::end(kEnvironments),
+                                      [&name = environment->name](const auto& each) {
+                                        return vgl::EqualsIgnoringAsciiCase(each.first, name);
+                                      });
       if (known == std::end(kEnvironments)) return Fail(*environment, "is of no known environment");
       const Key versions = environment->SubKey(u"Drivers");
       if (versions == nullptr) continue;
@@ -116,9 +117,8 @@ class Maker {
 
   bool MakePrinters(const Key& printers) {
     if (printers == nullptr) return true;
-    for (const auto& [capitals, record] : printers->subKeys)
-      if (!MakePrinter(*record)) return false;
-    return true;
+    return std::all_of(printers->subKeys.begin(), printers->subKeys.end(),
+                       [this](const auto& subKey) { return MakePrinter(*subKey.second); });
   }
 
   bool MakePrinter(const sim::RegistryKey& record) {

@@ -123,7 +123,7 @@ int CDatTextFile::FindSection(std::u16string_view name) {
 
 int CDatTextFile::FindKey(std::u16string_view name, std::u16string& value) {
   // A line is split at its first equals sign and both sides are trimmed: no key is of another form.
-  const bool canBeKey = Trim(name) == name && name.find(u'=') == name.npos;
+  const bool canBeKey = Trim(name) == name && name.find(u'=') == std::u16string_view::npos;
   std::string_view found;
   int result = 0;
   do {

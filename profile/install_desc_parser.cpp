@@ -94,9 +94,9 @@ std::unique_ptr<CRegEnterEntry> EnterEntryOf(std::u16string_view line,
 // description are passed over by this, hundreds of times for one menu: where a quote stands
 // anywhere but around the name, the line is left to be read in earnest.
 bool MayBeFor(std::u16string_view valueName, std::string_view line) {
-  if (line.front() == '"' || valueName.find(u'"') != valueName.npos) return true;
+  if (line.front() == '"' || valueName.find(u'"') != std::u16string_view::npos) return true;
   const std::size_t comma = line.find(',');
-  if (comma == line.npos) return false;
+  if (comma == std::string_view::npos) return false;
   std::string_view name = TrimLeft(line.substr(comma + 1));
   if (!name.starts_with('"')) return false;
   name.remove_prefix(1);
