@@ -8,6 +8,7 @@
 #include "Common/nest_log.h"
 #include "platform/owned.h"
 #include "platform/sim/machine.h"
+#include "tests/support/file_holder.h"
 
 namespace vgl {
 namespace {
@@ -96,17 +97,7 @@ TEST_F(StatusDump, ALengthOf0WritesToNeitherFile) {
 
 TEST_F(StatusDump, TheBytesAreAppendedWhileAnotherProcessHasTheFileOpenForSharedWriting) {
   machine.files().WriteFile(kDump, "x");
-  bool opened = false;
-  sim::Process& other = machine.StartProcess(u"C:\\other.exe", u"", [&](const char16_t*) {
-    const platform::OwnedFile file(platform::Os().files.CreateFileW(
-        kDump, platform::GENERIC_WRITE, platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE,
-        platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
-    opened = static_cast<bool>(file);
-    platform::Os().process.Sleep(1000);
-    return 0u;
-  });
-  machine.Settle();
-  EXPECT_TRUE(opened);
+  const sim::Process& other = HoldOpenForSharedWriting(machine, kDump);
   scope->PrintBinaryStatus("ab", 2, 2);
   EXPECT_FALSE(other.ended());
   EXPECT_EQ(File(kDump), "xab");

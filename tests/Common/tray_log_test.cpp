@@ -8,6 +8,7 @@
 #include "Common/log_stream.h"
 #include "platform/owned.h"
 #include "platform/sim/machine.h"
+#include "tests/support/file_holder.h"
 
 namespace vgl {
 namespace {
@@ -317,17 +318,7 @@ TEST_F(TrayLog, InitForgetsAStrayStream) {
 TEST_F(TrayLog, ALineIsWrittenWhileAnotherProcessHasTheFileOpenForSharedWriting) {
   machine.files().WriteFile(kFile, "other\r\n");
   StartLogging();
-  bool opened = false;
-  sim::Process& other = machine.StartProcess(u"C:\\other.exe", u"", [&](const char16_t*) {
-    const platform::OwnedFile file(platform::Os().files.CreateFileW(
-        kFile, platform::GENERIC_WRITE, platform::FILE_SHARE_READ | platform::FILE_SHARE_WRITE,
-        platform::OPEN_EXISTING, platform::FILE_ATTRIBUTE_NORMAL));
-    opened = static_cast<bool>(file);
-    platform::Os().process.Sleep(1000);
-    return 0u;
-  });
-  machine.Settle();
-  EXPECT_TRUE(opened);
+  const sim::Process& other = HoldOpenForSharedWriting(machine, kFile);
   EXPECT_EQ(TrayLogText(u"a"), 1);
   EXPECT_FALSE(other.ended());
   EXPECT_EQ(Log(), "other\r\n1000;   10:00.000; a\r\n");

@@ -18,31 +18,26 @@ class RegistryKeys : public RegistryContract {
 
 class RegistryLists : public RegistryContract {
  protected:
-  // Windows promises no order, so lists are compared sorted.
   std::vector<std::u16string> SubKeys() {
-    std::vector<std::u16string> names;
-    for (std::uint32_t index = 0;; ++index) {
-      char16_t name[MAX_PATH] = {};
-      std::uint32_t chars = MAX_PATH;
-      const std::int32_t error = registry.RegEnumKeyExW(key, index, name, &chars, nullptr, nullptr);
-      if (error != ERROR_SUCCESS) {
-        EXPECT_EQ(error, ERROR_NO_MORE_ITEMS);
-        break;
-      }
-      EXPECT_EQ(std::u16string(name).size(), chars);
-      names.emplace_back(name);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+    return Listed([this](std::uint32_t index, char16_t* name, std::uint32_t* chars) {
+      return registry.RegEnumKeyExW(key, index, name, chars, nullptr, nullptr);
+    });
+  }
+  std::vector<std::u16string> Values() {
+    return Listed([this](std::uint32_t index, char16_t* name, std::uint32_t* chars) {
+      return registry.RegEnumValueW(key, index, name, chars, nullptr, nullptr, nullptr);
+    });
   }
 
-  std::vector<std::u16string> Values() {
+ private:
+  // Windows promises no order, so lists are compared sorted.
+  template <class Enumerate>
+  static std::vector<std::u16string> Listed(const Enumerate& enumerate) {
     std::vector<std::u16string> names;
     for (std::uint32_t index = 0;; ++index) {
       char16_t name[MAX_PATH] = {};
       std::uint32_t chars = MAX_PATH;
-      const std::int32_t error =
-          registry.RegEnumValueW(key, index, name, &chars, nullptr, nullptr, nullptr);
+      const std::int32_t error = enumerate(index, name, &chars);
       if (error != ERROR_SUCCESS) {
         EXPECT_EQ(error, ERROR_NO_MORE_ITEMS);
         break;
