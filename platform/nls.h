@@ -15,6 +15,9 @@ class NationalLanguage {
 
   virtual std::uint32_t GetSystemDefaultLCID() = 0;
 
+  // The user's language: its primary identifier in the low 10 bits, the sublanguage in the high 6.
+  virtual std::uint16_t GetUserDefaultLangID() = 0;
+
   // One type word of the kind `infoType` for each of `chars` characters. False on failure.
   virtual bool GetStringTypeExW(std::uint32_t locale, std::uint32_t infoType, const char16_t* text,
                                 std::int32_t chars, std::uint16_t* types) = 0;

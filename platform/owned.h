@@ -70,10 +70,29 @@ struct ModuleTraits {
   static void Close(Handle library) { Os().modules.FreeLibrary(library); }
 };
 
+struct MenuTraits {
+  using Handle = HMENU;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle menu) { Os().menus.DestroyMenu(menu); }
+};
+struct IconTraits {
+  using Handle = HICON;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle icon) { Os().resources.DestroyIcon(icon); }
+};
+struct BitmapTraits {
+  using Handle = HBITMAP;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle bitmap) { Os().resources.DeleteObject(bitmap); }
+};
+
 using OwnedFile = Owned<FileTraits>;
 using OwnedObject = Owned<ObjectTraits>;
 using OwnedKey = Owned<KeyTraits>;
 using OwnedFind = Owned<FindTraits>;
 using OwnedModule = Owned<ModuleTraits>;
+using OwnedMenu = Owned<MenuTraits>;
+using OwnedIcon = Owned<IconTraits>;
+using OwnedBitmap = Owned<BitmapTraits>;
 
 }  // namespace platform

@@ -8,11 +8,13 @@
 
 #include "platform/files.h"
 #include "platform/kernel_objects.h"
+#include "platform/menus.h"
 #include "platform/modules.h"
 #include "platform/nls.h"
 #include "platform/processes.h"
 #include "platform/profile_files.h"
 #include "platform/registry.h"
+#include "platform/resources.h"
 #include "platform/sections.h"
 #include "platform/security.h"
 #include "platform/shell.h"
@@ -37,6 +39,8 @@ struct Platform {
   Sections& sections;
   Spooler& spooler;
   Security& security;
+  Resources& resources;
+  Menus& menus;
 };
 
 // The system that the calling thread runs on. On the simulated machine a thread that belongs to no

@@ -1,4 +1,4 @@
-// Windows, messages, timers and message boxes.
+// Windows, messages, timers, message boxes, and where keyboard and mouse are.
 //
 // A window belongs to the thread that made it; its messages are handled there, inside GetMessageW
 // or DispatchMessageW. Calls that wait (GetMessageW, SendMessageW to another thread, MessageBoxW)
@@ -22,15 +22,25 @@ inline constexpr std::uint32_t WM_NCDESTROY = 130;
 inline constexpr std::uint32_t WM_COMMAND = 273;
 inline constexpr std::uint32_t WM_TIMER = 275;
 inline constexpr std::uint32_t WM_LBUTTONDOWN = 513;
+inline constexpr std::uint32_t WM_LBUTTONUP = 514;
 inline constexpr std::uint32_t WM_LBUTTONDBLCLK = 515;
 inline constexpr std::uint32_t WM_RBUTTONDOWN = 516;
+inline constexpr std::uint32_t WM_RBUTTONUP = 517;
 inline constexpr std::uint32_t WM_USER = 1024;
 
 inline constexpr std::uint32_t CS_BYTEALIGNWINDOW = 0x2000;
 inline constexpr std::uint32_t WS_OVERLAPPEDWINDOW = 0x00CF0000;
+inline constexpr std::uint32_t WS_VISIBLE = 0x10000000;
 inline constexpr std::uint32_t WS_MINIMIZE = 0x20000000;
+inline constexpr std::uint32_t WS_CHILD = 0x40000000;
 inline constexpr std::int32_t CW_USEDEFAULT = INT32_MIN;
 inline constexpr std::int32_t SW_HIDE = 0;
+
+inline constexpr std::int32_t GWL_STYLE = -16;
+
+inline constexpr std::int32_t VK_SHIFT = 16;
+inline constexpr std::int32_t VK_CONTROL = 17;
+inline constexpr std::int32_t VK_SPACE = 32;
 
 inline constexpr std::uint32_t MB_OK = 0;
 inline constexpr std::uint32_t MB_RIGHT = 0x00080000;
@@ -57,6 +67,13 @@ struct Message {
   std::uint32_t message = 0;
   WPARAM wParam = 0;
   LPARAM lParam = 0;
+};
+
+// A place on the screen, in pixels from its upper left corner.
+struct Point {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  friend bool operator==(const Point&, const Point&) = default;
 };
 
 class Windowing {
@@ -99,6 +116,30 @@ class Windowing {
   // Shows or hides; the result is whether the window was visible before.
   virtual bool ShowWindow(HWND window, std::int32_t command) = 0;
   virtual bool UpdateWindow(HWND window) = 0;
+
+  // Brings the window to the front and gives its thread the keyboard. False when there is no such
+  // window or the system doesn't allow it.
+  virtual bool SetForegroundWindow(HWND window) = 0;
+
+  // Has the keys of the calling thread go to that window of its (HWND{}: to none). The window that
+  // had them before, or this one where it only now became the active one; HWND{} when none had,
+  // with 1400 for no window, 5 for another thread's.
+  virtual HWND SetFocus(HWND window) = 0;
+
+  // The window's style (WS_...) for GWL_STYLE, the only index that is asked for; WS_VISIBLE tells
+  // whether it is shown. 0 with 1400 for no window.
+  virtual std::int64_t GetWindowLongPtrW(HWND window, std::int32_t index) = 0;
+
+  // The parent of a child window, the owner of a message box. HWND{} for others, with 1400 for no
+  // window.
+  virtual HWND GetParent(HWND window) = 0;
+
+  // Negative (the highest bit is set) while the key of that number (VK_...) is held down. The other
+  // bits say nothing.
+  virtual std::int16_t GetAsyncKeyState(std::int32_t key) = 0;
+
+  // Where the mouse is. False when the desktop isn't accessible, `*point` is then undefined.
+  virtual bool GetCursorPos(Point* point) = 0;
 
   // The system's own handling of a message. WM_CLOSE destroys the window.
   virtual LRESULT DefWindowProcW(HWND window, std::uint32_t message, WPARAM wParam,

@@ -77,6 +77,20 @@ std::int32_t Desktop::Post(HWND handle, std::uint32_t message, WPARAM wParam, LP
   return ERROR_SUCCESS;
 }
 
+void Desktop::SendWithoutWaiting(HWND handle, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+  const Window* window = Find(handle);
+  if (window == nullptr) return;
+  auto sent = std::make_shared<SentMessage>();
+  sent->message = {handle, message, wParam, lParam};
+  QueueOf(*window->thread).sent.push_back(std::move(sent));
+  m_machine.scheduler().Wake(*window->thread);
+}
+
+void Desktop::Settle(SentMessage& sent) {
+  sent.answered = true;
+  if (sent.sender != nullptr) m_machine.scheduler().Wake(*sent.sender);
+}
+
 std::vector<Window*> Desktop::Boxes() {
   std::vector<Window*> boxes;
   for (const auto& [handle, window] : m_windows)
@@ -87,6 +101,18 @@ std::vector<Window*> Desktop::Boxes() {
 void Desktop::Answer(Window& box, std::int32_t id) {
   box.answer = id;
   m_machine.scheduler().Wake(*box.thread);
+}
+
+HWND Desktop::FocusBeside(HWND handle) {
+  const Window* window = Find(handle);
+  return window == nullptr ? HWND{} : QueueOf(*window->thread).focus;
+}
+
+void Desktop::Forget(const Window& window) {
+  MessageQueue& queue = QueueOf(*window.thread);
+  if (queue.focus == window.handle) queue.focus = HWND{};
+  if (m_foreground == window.handle) m_foreground = HWND{};
+  m_machine.tray().DropWindow(window.handle);
 }
 
 std::u16string Desktop::NameOf(std::uint32_t message) const {
@@ -101,11 +127,13 @@ std::u16string Desktop::NameOfTimer(std::uint64_t id) const {
 
 void Desktop::DropThread(Thread& thread) {
   // What waited for an answer of this thread gets 0, as from a window that is gone.
-  for (const auto& sent : m_queues[&thread].sent) {
-    sent->answered = true;
-    m_machine.scheduler().Wake(*sent->sender);
-  }
-  std::erase_if(m_windows, [&](const auto& entry) { return entry.second->thread == &thread; });
+  for (const auto& sent : m_queues[&thread].sent) Settle(*sent);
+  std::erase_if(m_windows, [&](const auto& entry) {
+    if (entry.second->thread != &thread) return false;
+    Forget(*entry.second);
+    return true;
+  });
+  m_menus.DropThread(thread);
   m_queues.erase(&thread);
 }
 

@@ -1,4 +1,4 @@
-// Windows, message queues, timers and message boxes of the simulated machine.
+// Windows, message queues, timers, message boxes, keyboard and mouse of the simulated machine.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,13 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "platform/sim/open_menu.h"
 #include "platform/windowing.h"
 
 namespace sim {
@@ -28,7 +30,7 @@ struct WindowClassRecord {
 
 struct Window {
   platform::HWND handle{};
-  platform::HWND owner{};  // of a message box
+  platform::HWND owner{};  // of a message box; parent of what a test has made a child
   Thread* thread = nullptr;
   std::u16string className;
   std::u16string title;
@@ -53,7 +55,7 @@ struct Timer {
 // A message on its way from SendMessageW to the thread of its window.
 struct SentMessage {
   platform::Message message;
-  Thread* sender = nullptr;
+  Thread* sender = nullptr;  // null: nobody waits for it
   bool answered = false;
   platform::LRESULT result = 0;
 };
@@ -63,11 +65,12 @@ struct MessageQueue {
   std::deque<std::shared_ptr<SentMessage>> sent;
   std::optional<std::int32_t> quit;
   std::vector<Timer> timers;
+  platform::HWND focus{};
 };
 
 class Desktop {
  public:
-  explicit Desktop(Machine& machine) : m_machine(machine) {}
+  explicit Desktop(Machine& machine) : m_machine(machine), m_menus(machine) {}
 
   // Null when there is no such window (any more).
   Window* Find(platform::HWND window);
@@ -88,15 +91,32 @@ class Desktop {
   std::int32_t Post(platform::HWND window, std::uint32_t message, platform::WPARAM wParam = 0,
                     platform::LPARAM lParam = 0);
 
+  // Sends a message as another program would that doesn't wait for the answer: it comes before what
+  // is posted, and GetMessageW doesn't give it. Nothing happens when the window is gone.
+  void SendWithoutWaiting(platform::HWND window, std::uint32_t message, platform::WPARAM wParam,
+                          platform::LPARAM lParam);
+
   // The message boxes that are open, oldest first; each is a window with `text`.
   std::vector<Window*> Boxes();
   // Presses the button with that id on an open message box.
   void Answer(Window& box, std::int32_t id = platform::IDOK);
+  // The menus that are shown.
+  OpenMenus& menus() { return m_menus; }
   // How many messages have got the system's own handling so far.
   std::uint64_t defaultHandlings() const { return m_defaultHandlings; }
 
   // From now on every message box is answered with `id` as soon as it shows.
   void AnswerBoxesAtOnce(std::int32_t id = platform::IDOK) { m_answerAtOnce = id; }
+
+  // The window that was brought to the front last, if it is still there.
+  platform::HWND foreground() const { return m_foreground; }
+  // Of the windows of a window's thread, the one that has the keys.
+  platform::HWND FocusBeside(platform::HWND window);
+
+  // Keys (VK_...) that a person holds down, and where the mouse is.
+  void HoldKey(std::int32_t key) { m_heldKeys.insert(key); }
+  void ReleaseKey(std::int32_t key) { m_heldKeys.erase(key); }
+  void MoveMouse(platform::Point place) { m_mouse = place; }
 
   // How a message is called in the trace; numbers without a name stand as numbers.
   void NameMessage(std::uint32_t message, std::u16string name) {
@@ -109,6 +129,10 @@ class Desktop {
   // --- for the simulation ---
 
   MessageQueue& QueueOf(Thread& thread) { return m_queues[&thread]; }
+  // A sent message was handled, or never will be: who waits for it goes on.
+  void Settle(SentMessage& sent);
+  // Takes back what belongs to a window that goes: keyboard, front, icons.
+  void Forget(const Window& window);
   // Removes what a thread or process owns, without any message.
   void DropThread(Thread& thread);
   void DropProcess(Process& process);
@@ -125,7 +149,11 @@ class Desktop {
   std::map<std::pair<const Process*, std::u16string>, WindowClassRecord> m_classes;
   std::uint16_t m_nextAtom = 0xC001;
   std::unordered_map<Thread*, MessageQueue> m_queues;
+  OpenMenus m_menus;
   std::optional<std::int32_t> m_answerAtOnce;
+  platform::HWND m_foreground{};
+  std::set<std::int32_t> m_heldKeys;
+  platform::Point m_mouse;
   std::map<std::uint32_t, std::u16string> m_messageNames;
   std::map<std::uint64_t, std::u16string> m_timerNames;
 };

@@ -32,7 +32,7 @@ bool EnterExport(ExportedFunction exported) {
   if (CurrentThread()->unwinding) return false;
   bool counted = false;
   process.ForEachHandle<LoadedLibrary>([&](std::uint64_t, const LoadedLibrary& loaded) {
-    counted = loaded.library().Enter(exported) || counted;
+    if (loaded.exports() != nullptr) counted = loaded.exports()->Enter(exported) || counted;
   });
   if (!counted) throw std::logic_error("a function of a library that isn't loaded was called");
   return true;

@@ -3,11 +3,15 @@
 #include <utility>
 
 #include "platform/sim/file_calls.h"
+#include "platform/sim/menu_calls.h"
 #include "platform/sim/module_calls.h"
+#include "platform/sim/process_calls.h"
 #include "platform/sim/profile_calls.h"
 #include "platform/sim/registry_calls.h"
+#include "platform/sim/resource_calls.h"
 #include "platform/sim/section_calls.h"
 #include "platform/sim/security_calls.h"
+#include "platform/sim/shell_calls.h"
 #include "platform/sim/small_calls.h"
 #include "platform/sim/spooler_calls.h"
 #include "platform/sim/text.h"
@@ -28,7 +32,9 @@ struct Machine::Services {
         system(machine),
         nls(machine),
         sections(machine),
-        spooler(machine) {}
+        spooler(machine),
+        resources(machine),
+        menus(machine, windowing) {}
 
   RegistryCalls registry;
   FileCalls files;
@@ -43,6 +49,8 @@ struct Machine::Services {
   SectionCalls sections;
   SpoolerCalls spooler;
   SecurityCalls security;
+  ResourceCalls resources;
+  MenuCalls menus;
 };
 
 Machine::Machine(std::uint64_t seed)
@@ -50,12 +58,14 @@ Machine::Machine(std::uint64_t seed)
       m_files(*this),
       m_libraries(*this),
       m_desktop(*this),
+      m_tray(*this),
+      m_programs(*this),
       m_services(std::make_unique<Services>(*this)),
       m_platform(new platform::Platform{
           m_services->registry, m_services->files, m_services->profiles, m_services->objects,
           m_services->process, m_services->modules, m_services->windowing, m_services->shell,
           m_services->system, m_services->nls, m_services->sections, m_services->spooler,
-          m_services->security}) {}
+          m_services->security, m_services->resources, m_services->menus}) {}
 
 Machine::~Machine() {
   m_observer = nullptr;
@@ -109,7 +119,9 @@ void Machine::FinishThread(Thread& thread) {
   m_objects.Abandon(thread, m_scheduler);
   m_desktop.DropThread(thread);
   thread.process()->RemoveThread(thread);
-  if (thread.process()->ended()) thread.process()->FreeWideVariables();
+  if (!thread.process()->ended()) return;
+  thread.process()->FreeWideVariables();
+  m_programs.TellEnded();
 }
 
 void Machine::EndProcess(Process& process, std::uint32_t exitCode) {

@@ -22,7 +22,9 @@
 #include "platform/sim/file_tree.h"
 #include "platform/sim/library.h"
 #include "platform/sim/named_objects.h"
+#include "platform/sim/notification_area.h"
 #include "platform/sim/process.h"
+#include "platform/sim/programs.h"
 #include "platform/sim/registry_tree.h"
 #include "platform/sim/scheduler.h"
 #include "platform/sim/spooler_state.h"
@@ -57,6 +59,8 @@ class Machine {
   RegistryTree& registry() { return m_registry; }
   NamedObjects& objects() { return m_objects; }
   Desktop& desktop() { return m_desktop; }
+  NotificationArea& tray() { return m_tray; }
+  Programs& programs() { return m_programs; }
   SystemState& system() { return m_system; }
   SpoolerState& spooler() { return m_spooler; }
   Libraries& libraries() { return m_libraries; }
@@ -95,6 +99,7 @@ class Machine {
 
  private:
   friend class Inside;
+  friend class Programs;
   struct Services;
 
   Process& AddProcess(std::u16string imagePath, std::u16string commandLine);
@@ -111,6 +116,8 @@ class Machine {
   FileTree m_files;
   Libraries m_libraries;
   Desktop m_desktop;
+  NotificationArea m_tray;
+  Programs m_programs;
   std::unique_ptr<Services> m_services;
   std::unique_ptr<platform::Platform> m_platform;
   std::vector<std::unique_ptr<Process>> m_processes;

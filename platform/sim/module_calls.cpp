@@ -39,14 +39,14 @@ HMODULE FindLoaded(const Process& process, std::u16string_view path) {
   const std::u16string wanted = FoldCase(path);
   HMODULE found{};
   process.ForEachHandle<LoadedLibrary>([&](std::uint64_t handle, const LoadedLibrary& loaded) {
-    const std::u16string folded = FoldCase(loaded.library().path());
+    const std::u16string folded = FoldCase(loaded.path());
     if (wanted == folded || wanted == LastName(folded)) found = HMODULE{handle};
   });
   return found;
 }
 
 std::shared_ptr<LoadedLibrary> FindLibrary(const Call& call, HMODULE module) {
-  return call.process().FindHandle<LoadedLibrary>(static_cast<std::uint64_t>(module));
+  return FindLoadedLibrary(call.process(), module);
 }
 
 // Asks a library for `key`, a name or an ordinal.
@@ -54,7 +54,8 @@ template <class Key>
 ExportedFunction FindExport(const Call& call, HMODULE module, Key key) {
   const std::shared_ptr<LoadedLibrary> loaded = FindLibrary(call, module);
   const bool isProgram = module == HMODULE{} || module == kProgram;  // which exports nothing
-  const ExportedFunction found = loaded == nullptr ? nullptr : loaded->library().Find(key);
+  const bool hasExports = loaded != nullptr && loaded->exports() != nullptr;
+  const ExportedFunction found = hasExports ? loaded->exports()->Find(key) : nullptr;
   if (found == nullptr) {
     call.SetLastError(loaded == nullptr && !isProgram ? ERROR_MOD_NOT_FOUND : ERROR_PROC_NOT_FOUND);
   }
@@ -62,6 +63,10 @@ ExportedFunction FindExport(const Call& call, HMODULE module, Key key) {
 }
 
 }  // namespace
+
+std::shared_ptr<LoadedLibrary> FindLoadedLibrary(const Process& process, HMODULE module) {
+  return process.FindHandle<LoadedLibrary>(static_cast<std::uint64_t>(module));
+}
 
 HMODULE ModuleCalls::GetModuleHandleW(const char16_t* name) {
   Call call("GetModuleHandleW");
@@ -84,8 +89,7 @@ std::uint32_t ModuleCalls::GetModuleFileNameW(HMODULE module, char16_t* path, st
     call.SetLastError(ERROR_MOD_NOT_FOUND);
     return 0;
   }
-  const std::u16string& whole =
-      loaded == nullptr ? call.process().imagePath() : loaded->library().path();
+  const std::u16string& whole = loaded == nullptr ? call.process().imagePath() : loaded->path();
   const std::uint32_t copied = CopyCut(whole, path, chars);
   const bool cut = copied < whole.size();
   call.SetLastError(cut ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
@@ -122,10 +126,13 @@ HMODULE ModuleCalls::Load(const Call& call, std::u16string_view given) {
   const FileTree::Entry* entry = m_machine.files().Find(file);
   if (entry == nullptr) return fail(ERROR_MOD_NOT_FOUND);
   if (entry->IsFolder() || entry->file->unreadable) return fail(ERROR_ACCESS_DENIED);
-  Library* library = m_machine.libraries().Find(file.text);
-  if (library == nullptr) return fail(ERROR_BAD_EXE_FORMAT);
-  m_machine.Trace(u"loaded library " + library->path());
-  return HMODULE{call.process().AddHandle(std::make_shared<LoadedLibrary>(*library))};
+  Library* exports = m_machine.libraries().Find(file.text);
+  std::shared_ptr<const PeFile> content = PeFile::Read(entry->file->bytes);
+  if (exports == nullptr && content == nullptr) return fail(ERROR_BAD_EXE_FORMAT);
+  auto loaded = std::make_shared<LoadedLibrary>(exports == nullptr ? entry->path : exports->path(),
+                                                exports, std::move(content));
+  m_machine.Trace(u"loaded library " + loaded->path());
+  return HMODULE{call.process().AddHandle(std::move(loaded))};
 }
 
 HMODULE ModuleCalls::LoadLibraryW(const char16_t* path) {
@@ -150,7 +157,7 @@ bool ModuleCalls::FreeLibrary(HMODULE module) {
     return false;
   }
   if (loaded->DropLoad()) return true;
-  m_machine.Trace(u"freed library " + loaded->library().path());
+  m_machine.Trace(u"freed library " + loaded->path());
   return call.process().CloseHandle(static_cast<std::uint64_t>(module));
 }
 

@@ -30,6 +30,7 @@ std::vector<std::u16string> Process::Ledger() const {
   for (const auto& [handle, body] : m_handles) held.push_back(body->Describe());
   for (const Window* window : m_machine.desktop().WindowsOf(*this))
     held.push_back(u"window " + window->className);
+  held.insert(held.end(), m_machine.tray().HeldBy(*this), u"icon in the notification area");
   return held;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/sim/registry_calls.h"
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -106,6 +107,24 @@ std::int32_t GiveValue(const RegistryValue& value, std::uint32_t* type, void* da
   return ERROR_SUCCESS;
 }
 
+// Numbers and texts as they are meant, all else as its bytes, of which the first are told.
+std::u16string InWords(const RegistryValue& value) {
+  constexpr std::size_t kMostTold = 16;
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(value.bytes[at]); };
+  if (value.type == REG_DWORD && value.bytes.size() == 4)
+    return Decimal(byte(0) | byte(1) << 8U | byte(2) << 16U | std::uint32_t{byte(3)} << 24U);
+  if (value.type == REG_SZ) {
+    std::u16string text;
+    for (std::size_t at = 0; at + 1 < value.bytes.size(); at += 2)
+      text.push_back(static_cast<char16_t>(byte(at) | byte(at + 1) << 8U));
+    return u'"' + text.substr(0, text.find(u'\0')) + u'"';
+  }
+  std::u16string told = u"hex:";
+  for (std::size_t at = 0; at < std::min(value.bytes.size(), kMostTold); ++at)
+    told += (at == 0 ? u"" : u",") + Hex(byte(at), 2);
+  return value.bytes.size() > kMostTold ? told + u",..." : told;
+}
+
 std::u16string ValuePath(const RegistryKey& key, const char16_t* name) {
   return key.path + u"\\" + (View(name).empty() ? u"(default)" : std::u16string(View(name)));
 }
@@ -167,7 +186,8 @@ std::int32_t RegistryCalls::RegSetValueExW(HKEY key, const char16_t* name, std::
   const KeyOrError open = Look(call, key, KEY_SET_VALUE);
   if (open.error != ERROR_SUCCESS) return open.error;
   open.key->SetValue(View(name), type, {static_cast<const char*>(data), bytes});
-  m_machine.Trace(u"set " + ValuePath(*open.key, name));
+  m_machine.Trace(u"set " + ValuePath(*open.key, name) + u" = " +
+                  InWords(*open.key->Value(View(name))));
   return ERROR_SUCCESS;
 }
 

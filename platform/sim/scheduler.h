@@ -6,15 +6,17 @@
 // all waiting and the time that it asked for has come. The clock moves only when nobody is ready.
 #pragma once
 
+#include <semaphore.h>
+
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <random>
-#include <semaphore>
 #include <set>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace sim {
@@ -30,6 +32,24 @@ inline constexpr std::uint64_t kLongestWait = 24ULL * 60 * 60 * 1000;
 // Unwinds the stack of a simulated thread whose process has ended. Nothing but the simulation
 // catches it; it derives from nothing, so that no handler takes it by accident.
 struct ProcessEnded {};
+
+// What a host thread waits for when it isn't its turn. It waits in the kernel at once: turns are
+// long, and spinning would take the time of the one whose turn it is.
+class Baton {
+ public:
+  Baton() { sem_init(&m_semaphore, 0, 0); }
+  ~Baton() { sem_destroy(&m_semaphore); }
+  Baton(const Baton&) = delete;
+  Baton& operator=(const Baton&) = delete;
+
+  void release() { sem_post(&m_semaphore); }
+  void acquire() {
+    while (sem_wait(&m_semaphore) != 0) continue;  // a signal came between
+  }
+
+ private:
+  sem_t m_semaphore;
+};
 
 class Thread {
  public:
@@ -53,7 +73,7 @@ class Thread {
   std::uint64_t m_deadline = kNever;  // while blocked or awaiting quiet
   std::uint64_t m_blockedAt = 0;
   std::uint64_t m_turn = 0;  // orders sleepers of one deadline
-  std::binary_semaphore m_baton{0};
+  Baton m_baton;
   std::thread m_host;
 };
 
@@ -68,6 +88,8 @@ class Scheduler {
 
   std::uint64_t now() const { return m_now; }
   std::uint64_t Random() { return m_random(); }
+  // The number of a thread that is never run.
+  std::uint32_t NewThreadId() { return std::exchange(m_nextThreadId, m_nextThreadId + 4); }
   Thread& conductor() { return *m_conductor; }
 
   // Makes a thread that will run `body`. It is ready at once and starts when it is chosen.

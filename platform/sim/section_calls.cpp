@@ -19,6 +19,9 @@ using namespace platform;
 namespace {
 
 constexpr std::size_t kPage = 4096;
+// A host program can have some 65,000 mappings, and the page behind a view is one of its own: on a
+// machine with more views than this the later ones go without.
+constexpr std::size_t kViewsWithPageBehind = 4096;
 
 std::size_t WholePages(std::size_t bytes) { return (bytes + kPage - 1) / kPage * kPage; }
 
@@ -67,19 +70,23 @@ class Section final : public NamedObject {
 
 class SectionCalls::View final : public HandleBody {
  public:
-  View(SectionCalls& calls, std::u16string name, std::shared_ptr<const SectionBytes> bytes,
-       Region region)
-      : m_calls(calls), m_name(std::move(name)), m_bytes(std::move(bytes)), m_region(region) {}
+  View(SectionCalls& calls, const Process& process, std::u16string name,
+       std::shared_ptr<const SectionBytes> bytes, Region region)
+      : m_calls(calls),
+        m_process(process),
+        m_name(std::move(name)),
+        m_bytes(std::move(bytes)),
+        m_region(region) {}
 
   ~View() override {
     m_calls.m_views.erase(m_region.address);
     if (m_isGivenBack) {
-      munmap(m_region.address, m_region.bytes + kPage);
+      Free(m_region);
       return;
     }
     // The process has ended: what its threads still write there reaches nobody.
     m_bytes->ShowAt(m_region.address, m_region.bytes, MAP_PRIVATE);
-    m_calls.m_leftBehind.push_back(m_region);
+    m_calls.m_leftBehind.push_back({&m_process, m_region});
   }
 
   std::u16string Describe() const override { return u"view of " + m_name; }
@@ -88,6 +95,7 @@ class SectionCalls::View final : public HandleBody {
 
  private:
   SectionCalls& m_calls;
+  const Process& m_process;
   std::u16string m_name;
   std::shared_ptr<const SectionBytes> m_bytes;
   Region m_region;
@@ -95,7 +103,16 @@ class SectionCalls::View final : public HandleBody {
 };
 
 SectionCalls::~SectionCalls() {
-  for (const Region& region : m_leftBehind) munmap(region.address, region.bytes + kPage);
+  for (const LeftBehind& left : m_leftBehind) Free(left.region);
+}
+
+void SectionCalls::Free(const Region& region) { munmap(region.address, region.reserved); }
+
+void SectionCalls::FreeOfEndedProcesses() {
+  std::erase_if(m_leftBehind, [](const LeftBehind& left) {
+    if (left.process->ended()) Free(left.region);
+    return left.process->ended();
+  });
 }
 
 HANDLE SectionCalls::CreateFileMappingW(HANDLE file, const SecurityAttributes* attributes,
@@ -141,20 +158,21 @@ void* SectionCalls::MapViewOfFile(HANDLE handle, std::uint32_t, std::uint64_t by
     call.SetLastError(ERROR_ACCESS_DENIED);
     return nullptr;
   }
+  FreeOfEndedProcesses();
   const std::size_t shown = bytes == 0 ? section->bytes()->size() : WholePages(bytes);
-  void* address =
-      mmap(nullptr, shown + kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, /*fd=*/-1, 0);
+  const std::size_t reserved = shown + (m_views.size() < kViewsWithPageBehind ? kPage : 0);
+  void* address = mmap(nullptr, reserved, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, /*fd=*/-1, 0);
   if (address == MAP_FAILED) {
     call.SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   }
   if (!section->bytes()->ShowAt(address, shown, MAP_SHARED)) {
-    munmap(address, shown + kPage);
+    munmap(address, reserved);
     call.SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   }
-  m_views[address] = call.process().AddHandle(
-      std::make_shared<View>(*this, section->name(), section->bytes(), Region{address, shown}));
+  m_views[address] = call.process().AddHandle(std::make_shared<View>(
+      *this, call.process(), section->name(), section->bytes(), Region{address, shown, reserved}));
   return address;
 }
 

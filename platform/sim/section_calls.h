@@ -1,7 +1,8 @@
 // Sections of the simulated machine, and the platform's calls on them. A view is memory of the host
 // program: views of one section alias truly, and what reads or writes past a view's last page
-// faults. Every section is backed by the page file, for reading and writing, and smaller than 4
-// GiB: anything else is refused with 50 (ERROR_NOT_SUPPORTED).
+// faults, as long as there are no thousands of views. Every section is backed by the page file, for
+// reading and writing, and smaller than 4 GiB: anything else is refused with 50
+// (ERROR_NOT_SUPPORTED).
 #pragma once
 
 #include <cstddef>
@@ -14,6 +15,7 @@
 namespace sim {
 
 class Machine;
+class Process;
 
 class SectionCalls final : public platform::Sections {
  public:
@@ -33,17 +35,26 @@ class SectionCalls final : public platform::Sections {
  private:
   class View;
 
-  // Memory of the host program: a view's pages and one behind them that can't be touched.
+  // Memory of the host program: a view's pages, and mostly one behind them that can't be touched.
   struct Region {
     void* address;
-    std::size_t bytes;
+    std::size_t bytes;     // of the view
+    std::size_t reserved;  // of all
   };
+
+  struct LeftBehind {
+    const Process* process;
+    Region region;
+  };
+
+  static void Free(const Region& region);
+  void FreeOfEndedProcesses();
 
   Machine& m_machine;
   std::map<const void*, std::uint64_t> m_views;  // each view's handle in the ledger of its process
-  // Of processes that ended with the view in their hands: their threads may still look there while
-  // their stacks are unwound.
-  std::vector<Region> m_leftBehind;
+  // Of processes that ended with the view in their hands: until their threads are gone, they may
+  // still look there while their stacks are unwound.
+  std::vector<LeftBehind> m_leftBehind;
 };
 
 }  // namespace sim

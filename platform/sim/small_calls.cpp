@@ -11,51 +11,6 @@ namespace sim {
 
 using namespace platform;
 
-std::uint32_t ProcessCalls::GetCurrentProcessId() {
-  return Call("GetCurrentProcessId").process().id();
-}
-
-std::uint32_t ProcessCalls::GetCurrentThreadId() {
-  return Call("GetCurrentThreadId").thread().id();
-}
-
-std::int32_t ProcessCalls::GetLastError() { return Call("GetLastError").thread().lastError; }
-
-void ProcessCalls::SetLastError(std::int32_t error) {
-  Call("SetLastError").thread().lastError = error;
-}
-
-void ProcessCalls::Sleep(std::uint32_t milliseconds) {
-  const Call call("Sleep");
-  if (call.Inert()) return;
-  if (milliseconds == 0) {
-    m_machine.scheduler().Yield();
-    return;
-  }
-  m_machine.Trace(u"sleeps " + Decimal(milliseconds) + u" ms");
-  const std::uint64_t until = milliseconds == INFINITE ? kNever : m_machine.now() + milliseconds;
-  // A message that comes in meanwhile wakes the thread, but not its sleep.
-  while (m_machine.now() < until) m_machine.scheduler().Block(until);
-}
-
-void ProcessCalls::ExitProcess(std::uint32_t code) {
-  const Call call("ExitProcess");
-  call.process().BeginEnd(code);
-  call.thread().unwinding = true;
-  throw ProcessEnded{};
-}
-
-std::int32_t ShellCalls::SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder, bool create) {
-  Call call("SHGetSpecialFolderPathW");
-  const std::u16string& known = m_machine.system().commonAppData;
-  if (call.Failure(ERROR_FILE_NOT_FOUND)) return 0;
-  if (folder != CSIDL_COMMON_APPDATA || known.empty()) return 0;
-  if (create) m_machine.files().MakeFolder(known);
-  if (!m_machine.files().Exists(known)) return 0;
-  CopyCut(known, path, MAX_PATH);
-  return 1;
-}
-
 std::uint32_t SystemCalls::GetTickCount() {
   const Call call("GetTickCount");
   return m_machine.system().bootTicks + static_cast<std::uint32_t>(m_machine.now());
@@ -103,6 +58,11 @@ std::uint32_t SystemCalls::GetSystemDirectoryW(char16_t* path, std::uint32_t cha
 std::uint32_t LanguageCalls::GetSystemDefaultLCID() {
   const Call call("GetSystemDefaultLCID");
   return m_machine.system().systemLocale;
+}
+
+std::uint16_t LanguageCalls::GetUserDefaultLangID() {
+  const Call call("GetUserDefaultLangID");
+  return m_machine.system().userLanguage;
 }
 
 namespace {

@@ -1,37 +1,12 @@
-// The platform's calls that only tell or wait: processes, shell, system, language.
+// The platform's calls that only tell: system, language.
 #pragma once
 
 #include "platform/nls.h"
-#include "platform/processes.h"
-#include "platform/shell.h"
 #include "platform/system_info.h"
 
 namespace sim {
 
 class Machine;
-
-class ProcessCalls final : public platform::Processes {
- public:
-  explicit ProcessCalls(Machine& machine) : m_machine(machine) {}
-  std::uint32_t GetCurrentProcessId() override;
-  std::uint32_t GetCurrentThreadId() override;
-  std::int32_t GetLastError() override;
-  void SetLastError(std::int32_t error) override;
-  void Sleep(std::uint32_t milliseconds) override;
-  [[noreturn]] void ExitProcess(std::uint32_t code) override;
-
- private:
-  Machine& m_machine;
-};
-
-class ShellCalls final : public platform::Shell {
- public:
-  explicit ShellCalls(Machine& machine) : m_machine(machine) {}
-  std::int32_t SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder, bool create) override;
-
- private:
-  Machine& m_machine;
-};
 
 class SystemCalls final : public platform::SystemInfo {
  public:
@@ -49,6 +24,7 @@ class LanguageCalls final : public platform::NationalLanguage {
  public:
   explicit LanguageCalls(Machine& machine) : m_machine(machine) {}
   std::uint32_t GetSystemDefaultLCID() override;
+  std::uint16_t GetUserDefaultLangID() override;
   bool GetStringTypeExW(std::uint32_t locale, std::uint32_t infoType, const char16_t* text,
                         std::int32_t chars, std::uint16_t* types) override;
   std::int32_t lstrcmpiW(const char16_t* left, const char16_t* right) override;

@@ -18,6 +18,7 @@ struct SystemState {
   platform::OsVersion version{10, 0, platform::VER_PLATFORM_WIN32_NT, 1};
   bool versionIsKnown = true;
   std::uint32_t systemLocale = 0x0409;
+  std::uint16_t userLanguage = 0x0409;
   std::u16string commonAppData = u"C:\\ProgramData";  // empty: SHGetSpecialFolderPathW fails
   std::u16string tempFolder =
       u"C:\\Users\\User\\AppData\\Local\\Temp\\";  // empty: GetTempPathW fails

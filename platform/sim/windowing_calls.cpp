@@ -82,17 +82,22 @@ LRESULT WindowingCalls::CallProcedure(const Message& message) {
   return window->procedure(message.window, message.message, message.wParam, message.lParam);
 }
 
+Window* WindowingCalls::FindWindow(const Call& call, HWND handle) const {
+  Window* window = desktop().Find(handle);
+  if (window == nullptr) call.SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+  return window;
+}
+
 void WindowingCalls::RemoveWindow(HWND handle) {
   const Window* window = desktop().Find(handle);
   if (window == nullptr) return;
   MessageQueue& queue = desktop().QueueOf(*window->thread);
+  desktop().Forget(*window);
   desktop().m_windows.erase(handle);
   std::erase_if(queue.posted, [&](const Message& message) { return message.window == handle; });
   std::erase_if(queue.timers, [&](const Timer& timer) { return timer.window == handle; });
   for (const auto& sent : queue.sent) {
-    if (sent->message.window != handle) continue;
-    sent->answered = true;
-    m_machine.scheduler().Wake(*sent->sender);
+    if (sent->message.window == handle) desktop().Settle(*sent);
   }
   std::erase_if(queue.sent, [&](const auto& sent) { return sent->message.window == handle; });
 }
@@ -183,11 +188,63 @@ bool WindowingCalls::UpdateWindow(HWND handle) {
   return desktop().Find(handle) != nullptr;
 }
 
+bool WindowingCalls::SetForegroundWindow(HWND handle) {
+  Call call("SetForegroundWindow");
+  if (call.Failure(ERROR_ACCESS_DENIED)) return false;
+  if (FindWindow(call, handle) == nullptr) return false;
+  desktop().m_foreground = handle;
+  m_machine.Trace(u"window " + NameOf(handle) + u" in front");
+  return true;
+}
+
+HWND WindowingCalls::SetFocus(HWND handle) {
+  Call call("SetFocus");
+  if (call.Failure(ERROR_ACCESS_DENIED)) return HWND{};
+  if (handle != HWND{}) {
+    const Window* window = FindWindow(call, handle);
+    if (window == nullptr) return HWND{};
+    if (window->thread != &call.thread()) {
+      call.SetLastError(ERROR_ACCESS_DENIED);
+      return HWND{};
+    }
+  }
+  return std::exchange(desktop().QueueOf(call.thread()).focus, handle);
+}
+
+std::int64_t WindowingCalls::GetWindowLongPtrW(HWND handle, std::int32_t index) {
+  Call call("GetWindowLongPtrW");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return 0;
+  const Window* window = FindWindow(call, handle);
+  if (window == nullptr || index != GWL_STYLE) return 0;
+  const std::uint32_t style = window->style & ~WS_VISIBLE;
+  return style | (window->visible ? WS_VISIBLE : 0);
+}
+
+HWND WindowingCalls::GetParent(HWND handle) {
+  Call call("GetParent");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return HWND{};
+  const Window* window = FindWindow(call, handle);
+  return window == nullptr ? HWND{} : window->owner;
+}
+
+std::int16_t WindowingCalls::GetAsyncKeyState(std::int32_t key) {
+  const Call call("GetAsyncKeyState");
+  return desktop().m_heldKeys.contains(key) ? INT16_MIN : 0;
+}
+
+bool WindowingCalls::GetCursorPos(Point* point) {
+  Call call("GetCursorPos");
+  if (call.Failure(ERROR_ACCESS_DENIED)) return false;
+  *point = desktop().m_mouse;
+  return true;
+}
+
 LRESULT WindowingCalls::DefWindowProcW(HWND handle, std::uint32_t message, WPARAM, LPARAM) {
   const Call call("DefWindowProcW");
   ++desktop().m_defaultHandlings;
   Window* window = desktop().Find(handle);
   if (window == nullptr) return 0;
+  if (message == WM_CANCELMODE) desktop().menus().Cancel(*window->thread);
   if (message == WM_CLOSE && window->thread == &call.thread()) TearDown(*window);
   return message == WM_NCCREATE ? 1 : 0;
 }
@@ -252,13 +309,10 @@ void WindowingCalls::HandleSent(Thread& thread) {
     // The sender goes on also when this process ends while it handles the message.
     struct Answering {
       SentMessage& message;
-      Scheduler& scheduler;
-      ~Answering() {
-        message.answered = true;
-        scheduler.Wake(*message.sender);
-      }
+      Desktop& desktop;
+      ~Answering() { desktop.Settle(message); }
     };
-    const Answering answering{*sent, m_machine.scheduler()};
+    const Answering answering{*sent, desktop()};
     sent->result = CallProcedure(sent->message);
   }
 }
@@ -313,6 +367,17 @@ std::int32_t WindowingCalls::GetMessageW(Message* message) {
   if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return -1;
   *message = *WaitForMessage(call.thread(), [] { return false; });
   return message->message == WM_QUIT ? 0 : 1;
+}
+
+void WindowingCalls::RunModalLoop(Thread& thread, const std::function<bool()>& ended) {
+  while (const std::optional<Message> message = WaitForMessage(thread, ended)) {
+    if (message->message == WM_QUIT) {
+      // The loop outside is to end, too.
+      desktop().QueueOf(thread).quit = static_cast<std::int32_t>(message->wParam);
+      return;
+    }
+    Deliver(*message);
+  }
 }
 
 bool WindowingCalls::TranslateMessage(const Message&) {
@@ -409,14 +474,7 @@ std::int32_t WindowingCalls::MessageBoxW(HWND owner, const char16_t* text, const
     const Window* box = desktop().Find(handle);
     return box == nullptr || box->answer;
   };
-  while (const std::optional<Message> message = WaitForMessage(call.thread(), closed)) {
-    if (message->message == WM_QUIT) {
-      // The loop outside is to end, too.
-      desktop().QueueOf(call.thread()).quit = static_cast<std::int32_t>(message->wParam);
-      break;
-    }
-    Deliver(*message);
-  }
+  RunModalLoop(call.thread(), closed);
   const Window* box = desktop().Find(handle);
   const std::int32_t answer = box == nullptr ? 0 : box->answer.value_or(0);
   RemoveWindow(handle);

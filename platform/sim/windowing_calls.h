@@ -9,6 +9,8 @@
 
 namespace sim {
 
+class Call;
+
 class WindowingCalls final : public platform::Windowing {
  public:
   explicit WindowingCalls(Machine& machine) : m_machine(machine) {}
@@ -25,6 +27,12 @@ class WindowingCalls final : public platform::Windowing {
   bool SetWindowTextW(platform::HWND window, const char16_t* text) override;
   bool ShowWindow(platform::HWND window, std::int32_t command) override;
   bool UpdateWindow(platform::HWND window) override;
+  bool SetForegroundWindow(platform::HWND window) override;
+  platform::HWND SetFocus(platform::HWND window) override;
+  std::int64_t GetWindowLongPtrW(platform::HWND window, std::int32_t index) override;
+  platform::HWND GetParent(platform::HWND window) override;
+  std::int16_t GetAsyncKeyState(std::int32_t key) override;
+  bool GetCursorPos(platform::Point* point) override;
   platform::LRESULT DefWindowProcW(platform::HWND window, std::uint32_t message,
                                    platform::WPARAM wParam, platform::LPARAM lParam) override;
   bool PostMessageW(platform::HWND window, std::uint32_t message, platform::WPARAM wParam,
@@ -42,10 +50,17 @@ class WindowingCalls final : public platform::Windowing {
   std::int32_t MessageBoxW(platform::HWND owner, const char16_t* text, const char16_t* caption,
                            std::uint32_t style) override;
 
+ public:
+  // Handles the thread's messages until `ended` holds or WM_QUIT has come, which stays for the loop
+  // outside.
+  void RunModalLoop(Thread& thread, const std::function<bool()>& ended);
+
  private:
   Desktop& desktop() const;
   Window& NewWindow(Thread& thread, const char16_t* className, const char16_t* title,
                     std::uint32_t style);
+  // Null with the error set when there is no such window.
+  Window* FindWindow(const Call& call, platform::HWND window) const;
   void RemoveWindow(platform::HWND window);
   void TearDown(Window& window);
   platform::LRESULT CallProcedure(const platform::Message& message);

@@ -49,12 +49,28 @@
   USE(VER_PLATFORM_WIN32_NT)                                                                       \
   /* nls.h */                                                                                      \
   USE(CP_ACP) USE(CT_CTYPE2) USE(C2_RIGHTTOLEFT)                                                   \
+  /* resources.h */                                                                                \
+  USE(IMAGE_ICON) USE(LR_DEFAULTCOLOR) USE(ERROR_RESOURCE_NAME_NOT_FOUND)                          \
+  USE(ERROR_INVALID_ICON_HANDLE)                                                                   \
+  /* menus.h */                                                                                    \
+  USE(MF_BYCOMMAND) USE(MF_BYPOSITION) USE(MF_STRING) USE(MF_GRAYED) USE(MF_DISABLED)              \
+  USE(MF_CHECKED) USE(MF_OWNERDRAW) USE(MF_SEPARATOR) USE(MIIM_STATE) USE(MIIM_ID)                 \
+  USE(MIIM_SUBMENU) USE(MIIM_TYPE) USE(MIIM_DATA) USE(MIIM_STRING) USE(MIIM_FTYPE)                 \
+  USE(MFT_STRING) USE(MFT_OWNERDRAW) USE(MFT_SEPARATOR) USE(MFT_RIGHTORDER)                        \
+  USE(MFT_RIGHTJUSTIFY) USE(MFS_ENABLED) USE(MFS_GRAYED) USE(MFS_CHECKED) USE(MFS_DEFAULT)         \
+  USE(TPM_LEFTBUTTON) USE(TPM_RIGHTBUTTON) USE(WM_CANCELMODE) USE(ERROR_INVALID_MENU_HANDLE)       \
+  USE(ERROR_POPUP_ALREADY_ACTIVE) USE(ERROR_MENU_ITEM_NOT_FOUND)                                   \
   /* shell.h */                                                                                    \
-  USE(CSIDL_COMMON_APPDATA)                                                                        \
+  USE(CSIDL_COMMON_APPDATA) USE(NIM_ADD) USE(NIM_MODIFY) USE(NIM_DELETE) USE(NIF_MESSAGE)          \
+  USE(NIF_ICON) USE(NIF_TIP)                                                                       \
+  /* processes.h */                                                                                \
+  USE(ERROR_FILENAME_EXCED_RANGE)                                                                  \
   /* windowing.h */                                                                                \
   USE(WM_NULL) USE(WM_CREATE) USE(WM_DESTROY) USE(WM_CLOSE) USE(WM_QUIT) USE(WM_DRAWITEM)          \
   USE(WM_MEASUREITEM) USE(WM_NCCREATE) USE(WM_NCDESTROY) USE(WM_COMMAND) USE(WM_TIMER)             \
-  USE(WM_LBUTTONDOWN) USE(WM_LBUTTONDBLCLK) USE(WM_RBUTTONDOWN) USE(WM_USER)                       \
+  USE(WM_LBUTTONDOWN) USE(WM_LBUTTONUP) USE(WM_LBUTTONDBLCLK) USE(WM_RBUTTONDOWN)                  \
+  USE(WM_RBUTTONUP) USE(WM_USER) USE(WS_VISIBLE) USE(WS_CHILD) USE(GWL_STYLE)                      \
+  USE(VK_SHIFT) USE(VK_CONTROL) USE(VK_SPACE)                                                      \
   USE(CS_BYTEALIGNWINDOW) USE(WS_OVERLAPPEDWINDOW) USE(WS_MINIMIZE) USE(CW_USEDEFAULT)             \
   USE(SW_HIDE) USE(MB_OK) USE(MB_RIGHT) USE(MB_RTLREADING) USE(IDOK) USE(IDCANCEL)                 \
   USE(USER_TIMER_MINIMUM)
@@ -72,6 +88,7 @@ constexpr auto ours_nt = platform::SECURITY_NT_AUTHORITY;
 
 #include "platform/win32/conversion.h"
 
+#include <shellapi.h>
 #include <shlobj.h>
 #include <winspool.h>
 
@@ -91,6 +108,16 @@ static_assert(sizeof(platform::SidIdentifierAuthority) == sizeof(SID_IDENTIFIER_
 #define PROVE_SAME_PLACE(Ours, ourMember, Theirs, theirMember)                          \
   static_assert(offsetof(platform::Ours, ourMember) == offsetof(Theirs, theirMember) && \
                 sizeof(platform::Ours::ourMember) == sizeof(Theirs{}.theirMember));
+
+static_assert(sizeof(platform::Point) == sizeof(POINT));
+PROVE_SAME_PLACE(Point, x, POINT, x)
+PROVE_SAME_PLACE(Point, y, POINT, y)
+
+static_assert(sizeof(platform::ProcessInformation) == sizeof(PROCESS_INFORMATION));
+PROVE_SAME_PLACE(ProcessInformation, process, PROCESS_INFORMATION, hProcess)
+PROVE_SAME_PLACE(ProcessInformation, thread, PROCESS_INFORMATION, hThread)
+PROVE_SAME_PLACE(ProcessInformation, processId, PROCESS_INFORMATION, dwProcessId)
+PROVE_SAME_PLACE(ProcessInformation, threadId, PROCESS_INFORMATION, dwThreadId)
 
 static_assert(sizeof(platform::MeasureItem) == sizeof(MEASUREITEMSTRUCT));
 PROVE_SAME_PLACE(MeasureItem, controlType, MEASUREITEMSTRUCT, CtlType)

@@ -9,6 +9,8 @@ class NationalLanguageOfWindows final : public NationalLanguage {
  public:
   std::uint32_t GetSystemDefaultLCID() override { return ::GetSystemDefaultLCID(); }
 
+  std::uint16_t GetUserDefaultLangID() override { return ::GetUserDefaultLangID(); }
+
   bool GetStringTypeExW(std::uint32_t locale, std::uint32_t infoType, const char16_t* text,
                         std::int32_t chars, std::uint16_t* types) override {
     return ::GetStringTypeExW(locale, infoType, text_cast(text), chars, types) != FALSE;

@@ -1,4 +1,4 @@
-// The running process of Windows and its threads.
+// The running process of Windows and its threads, and starting others.
 #include "platform/win32/conversion.h"
 #include "platform/win32/services.h"
 
@@ -12,6 +12,17 @@ class ProcessesOfWindows final : public Processes {
   std::int32_t GetLastError() override { return static_cast<std::int32_t>(::GetLastError()); }
   void SetLastError(std::int32_t error) override { ::SetLastError(static_cast<DWORD>(error)); }
   void Sleep(std::uint32_t milliseconds) override { ::Sleep(milliseconds); }
+
+  bool CreateProcessW(char16_t* commandLine, ProcessInformation* started) override {
+    STARTUPINFOW startup{};
+    static_assert(sizeof(startup) == 104);
+    startup.cb = sizeof(startup);
+    // The layouts are the same (constants.cpp).
+    auto* startedOfTheirs = reinterpret_cast<PROCESS_INFORMATION*>(started);
+    return ::CreateProcessW(nullptr, text_cast(commandLine), nullptr, nullptr, FALSE, 0, nullptr,
+                            nullptr, &startup, startedOfTheirs) != FALSE;
+  }
+
   [[noreturn]] void ExitProcess(std::uint32_t code) override { ::ExitProcess(code); }
 };
 

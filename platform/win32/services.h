@@ -19,5 +19,7 @@ NationalLanguage& Win32NationalLanguage();
 Sections& Win32Sections();
 Spooler& Win32Spooler();
 Security& Win32Security();
+Resources& Win32Resources();
+Menus& Win32Menus();
 
 }  // namespace platform

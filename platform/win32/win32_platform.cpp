@@ -18,6 +18,8 @@ const Platform& Os() {
       .sections = Win32Sections(),
       .spooler = Win32Spooler(),
       .security = Win32Security(),
+      .resources = Win32Resources(),
+      .menus = Win32Menus(),
   };
   return system;
 }

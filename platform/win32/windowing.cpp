@@ -103,6 +103,28 @@ class WindowingOfWindows final : public Windowing {
     return ::UpdateWindow(handle_cast<::HWND>(window)) != FALSE;
   }
 
+  bool SetForegroundWindow(HWND window) override {
+    return ::SetForegroundWindow(handle_cast<::HWND>(window)) != FALSE;
+  }
+
+  HWND SetFocus(HWND window) override {
+    return handle_cast<HWND>(::SetFocus(handle_cast<::HWND>(window)));
+  }
+
+  std::int64_t GetWindowLongPtrW(HWND window, std::int32_t index) override {
+    return ::GetWindowLongPtrW(handle_cast<::HWND>(window), index);
+  }
+
+  HWND GetParent(HWND window) override {
+    return handle_cast<HWND>(::GetParent(handle_cast<::HWND>(window)));
+  }
+
+  std::int16_t GetAsyncKeyState(std::int32_t key) override { return ::GetAsyncKeyState(key); }
+
+  bool GetCursorPos(Point* point) override {
+    return ::GetCursorPos(reinterpret_cast<POINT*>(point)) != FALSE;  // of the same layout
+  }
+
   LRESULT DefWindowProcW(HWND window, std::uint32_t message, WPARAM wParam,
                          LPARAM lParam) override {
     return ::DefWindowProcW(handle_cast<::HWND>(window), message, wParam, lParam);

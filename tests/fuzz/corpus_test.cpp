@@ -35,7 +35,8 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzCorpus,
                          testing::Values(Target{"dat_text_file", DatTextFile},
                                          Target{"install_description", InstallDescription},
                                          Target{"command_line", CommandLine},
-                                         Target{"instance_map", InstanceMap}),
+                                         Target{"instance_map", InstanceMap},
+                                         Target{"pe_resources", PeResources}),
                          [](const auto& target) { return std::string(target.param.folder); });
 
 }  // namespace

@@ -21,6 +21,9 @@ void InstallDescription(const std::uint8_t* data, std::size_t size);
 void CommandLine(const std::uint8_t* data, std::size_t size);
 // The instance map: the first bytes choose map, printer and slots; the rest fills the section.
 void InstanceMap(const std::uint8_t* data, std::size_t size);
+// A resource library, through the simulated machine's calls on its resources; and a menu's
+// template.
+void PeResources(const std::uint8_t* data, std::size_t size);
 
 // For the targets: ends the program where `holds` is false.
 #define VGL_FUZZ_REQUIRE(holds)                                                \

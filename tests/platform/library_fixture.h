@@ -15,6 +15,8 @@ namespace platform {
 std::u16string TestLibrary();
 // K_WRDEF1.DLL, the registry library.
 std::u16string RegistryLibrary();
+// KVRES.DLL, which holds nothing but resources (tests/platform/resources/KVRES.rc).
+std::u16string ResourceLibrary();
 
 class LibraryContract : public PlatformTest {
  protected:

@@ -32,6 +32,12 @@ using Types = std::vector<std::uint16_t>;
 
 TEST_F(CharacterTypes, TheSystemHasALanguage) { EXPECT_NE(nls.GetSystemDefaultLCID(), 0u); }
 
+TEST_F(CharacterTypes, TheUsersLanguageHasAPrimaryIdentifierAndASublanguage) {
+  const std::uint16_t language = nls.GetUserDefaultLangID();
+  EXPECT_NE(language & 0x3FF, 0);
+  EXPECT_NE(language >> 10, 0);
+}
+
 TEST_F(CharacterTypes, HebrewAndArabicLettersRunFromRightToLeft) {
   EXPECT_EQ(Directions(u"\u05D0\u05EA\u0627\u0645"), (Types{2, 2, 2, 2}));
 }

@@ -1,6 +1,7 @@
-// Window classes and windows.
+// Window classes, windows, and where keyboard and mouse are.
 #include <algorithm>
 
+#include "tests/platform/input_fixture.h"
 #include "tests/platform/windowing_fixture.h"
 
 namespace platform {
@@ -38,6 +39,9 @@ class Windows : public WindowingContract {
 
 using WindowClasses = Windows;
 using Captions = Windows;
+using Styles = Windows;
+using Parents = Windows;
+using KeyboardAndMouse = Windows;
 using Numbers = std::vector<std::uint32_t>;
 
 LRESULT DefaultProcedure(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
@@ -298,6 +302,129 @@ TEST_F(Windows, OnlyAWindowIsUpdated) {
   EXPECT_TRUE(windowing.UpdateWindow(MakeWindow()));
   // Wine doesn't tell that there is no window.
   EXPECT_TRUE(HoldsExcept(OnWine(), !windowing.UpdateWindow(GoneWindow())));
+}
+
+// --- Styles
+
+TEST_F(Styles, AWindowHasTheOneItWasMadeWith) {
+  const auto style =
+      static_cast<std::uint64_t>(windowing.GetWindowLongPtrW(MakeWindow(), GWL_STYLE));
+  EXPECT_EQ(style & WS_OVERLAPPEDWINDOW, WS_OVERLAPPEDWINDOW);
+  EXPECT_EQ(style & (WS_CHILD | WS_MINIMIZE), 0u);
+}
+
+TEST_F(Styles, TheStyleTellsWhetherTheWindowIsShown) {
+  constexpr std::int32_t kShow = 5;
+  const HWND window = MakeWindow();
+  EXPECT_EQ(windowing.GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE, 0);
+  windowing.ShowWindow(window, kShow);
+  EXPECT_EQ(windowing.GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE, WS_VISIBLE);
+  windowing.ShowWindow(window, SW_HIDE);
+  EXPECT_EQ(windowing.GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE, 0);
+}
+
+TEST_F(Styles, AWindowThatIsGoneHasNone) {
+  const HWND gone = GoneWindow();
+  os.process.SetLastError(7777);
+  EXPECT_EQ(windowing.GetWindowLongPtrW(gone, GWL_STYLE), 0);
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
+}
+
+// --- Parents
+
+TEST_F(Parents, ATopLevelWindowHasNone) {
+  const HWND window = MakeWindow();
+  os.process.SetLastError(7777);
+  EXPECT_EQ(windowing.GetParent(window), HWND{});
+  EXPECT_EQ(LastError(), 7777);
+}
+
+TEST_F(Parents, AMessageBoxHasItsOwner) {
+  constexpr std::uint64_t kLook = 1;
+  HWND parent{};
+  const HWND owner = MakeWindow([&](HWND window, std::uint32_t message, WPARAM id, LPARAM) {
+    if (message == WM_TIMER && id == kLook) {
+      const HWND box = windowing.FindWindowW(u"#32770", u"PlatformTest box");
+      if (box != HWND{} && windowing.PostMessageW(box, WM_COMMAND, IDOK, 0)) {
+        parent = windowing.GetParent(box);
+        windowing.KillTimer(window, kLook);
+      }
+    }
+    return std::nullopt;
+  });
+  windowing.SetTimer(owner, kLook, 50);
+  EXPECT_EQ(windowing.MessageBoxW(owner, u"text", u"PlatformTest box", MB_OK), IDOK);
+  EXPECT_EQ(parent, owner);
+}
+
+TEST_F(Parents, AWindowThatIsGoneHasNone) {
+  const HWND gone = GoneWindow();
+  os.process.SetLastError(7777);
+  EXPECT_EQ(windowing.GetParent(gone), HWND{});
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
+}
+
+// --- Keyboard and mouse
+
+TEST_F(KeyboardAndMouse, AWindowIsBroughtToTheFront) {
+  EXPECT_TRUE(windowing.SetForegroundWindow(MakeWindow()));
+}
+
+TEST_F(KeyboardAndMouse, AWindowThatIsGoneIsNotBroughtToTheFront) {
+  const HWND gone = GoneWindow();
+  os.process.SetLastError(7777);
+  EXPECT_FALSE(windowing.SetForegroundWindow(gone));
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
+}
+
+TEST_F(KeyboardAndMouse, TheWindowThatHadTheKeysIsTold) {
+  const HWND window = MakeWindow();
+  windowing.SetFocus(window);
+  EXPECT_EQ(windowing.SetFocus(window), window);
+  EXPECT_EQ(windowing.SetFocus(HWND{}), window);
+  EXPECT_EQ(windowing.SetFocus(HWND{}), HWND{});
+}
+
+TEST_F(KeyboardAndMouse, KeysGoToNoWindowOfAnotherThread) {
+  const HWND window = MakeWindow();
+  windowing.SetFocus(window);
+  RunInAnotherThread([&] {
+    os.process.SetLastError(7777);
+    EXPECT_EQ(windowing.SetFocus(window), HWND{});
+    EXPECT_EQ(LastError(), ERROR_ACCESS_DENIED);
+  });
+  EXPECT_EQ(windowing.SetFocus(HWND{}), window);
+}
+
+TEST_F(KeyboardAndMouse, KeysGoToNoWindowThatIsGone) {
+  const HWND gone = GoneWindow();
+  os.process.SetLastError(7777);
+  EXPECT_EQ(windowing.SetFocus(gone), HWND{});
+  EXPECT_EQ(LastError(), ERROR_INVALID_WINDOW_HANDLE);
+}
+
+TEST_F(KeyboardAndMouse, KeysThatNobodyHoldsAreUp) {
+  for (const std::int32_t key : {VK_SHIFT, VK_CONTROL, VK_SPACE})
+    EXPECT_GE(windowing.GetAsyncKeyState(key), 0) << key;
+}
+
+TEST_F(KeyboardAndMouse, AKeyIsDownWhileItIsHeld) {
+  const auto isDown = [&] { return windowing.GetAsyncKeyState(VK_CONTROL) < 0; };
+  EXPECT_TRUE(WaitUntil([&] {
+    PressKey(VK_CONTROL);  // a key that is held repeats
+    return isDown();
+  }));
+  EXPECT_GE(windowing.GetAsyncKeyState(VK_SHIFT), 0);
+  ReleaseKey(VK_CONTROL);
+  EXPECT_TRUE(WaitUntil([&] { return !isDown(); }));
+}
+
+TEST_F(KeyboardAndMouse, TheMouseIsWhereItWasMoved) {
+  MoveMouse({300, 200});
+  Point place;
+  EXPECT_TRUE(WaitUntil([&] {
+    return windowing.GetCursorPos(&place) && place == Point{300, 200};
+  }));
 }
 
 // --- The system's own handling

@@ -213,8 +213,16 @@ TEST_F(SimRegistry, EveryChangeIsTraced) {
   EXPECT_EQ(Events(), Names{});
   calls.RegSetValueExW(key.get(), u"Name", REG_BINARY, "x", 1);
   calls.RegSetValueExW(key.get(), nullptr, REG_BINARY, "x", 1);
-  EXPECT_EQ(Events(),
-            (Names{u"set HKCU\\Software\\A\\B\\Name", u"set HKCU\\Software\\A\\B\\(default)"}));
+  EXPECT_EQ(Events(), (Names{u"set HKCU\\Software\\A\\B\\Name = hex:78",
+                             u"set HKCU\\Software\\A\\B\\(default) = hex:78"}));
+  const std::uint32_t number = 0x80000001;
+  calls.RegSetValueExW(key.get(), u"Number", REG_DWORD, &number, sizeof number);
+  calls.RegSetValueExW(key.get(), u"Text", REG_SZ, u"two words", 20);
+  calls.RegSetValueExW(key.get(), u"Long", REG_BINARY, "0123456789abcdefg", 17);
+  EXPECT_EQ(Events(), (Names{u"set HKCU\\Software\\A\\B\\Number = 2147483649",
+                             u"set HKCU\\Software\\A\\B\\Text = \"two words\"",
+                             u"set HKCU\\Software\\A\\B\\Long = "
+                             u"hex:30,31,32,33,34,35,36,37,38,39,61,62,63,64,65,66,..."}));
   calls.RegDeleteValueW(key.get(), u"Name");
   calls.RegDeleteValueW(key.get(), u"Name");
   EXPECT_EQ(Events(), (Names{u"deleted value HKCU\\Software\\A\\B\\Name"}));

@@ -1,4 +1,8 @@
 // Libraries of the simulated machine.
+#include <fstream>
+#include <iterator>
+#include <string>
+
 #include "platform/sim/machine.h"
 #include "platform/sim/registry_library.h"
 #include "tests/platform/library_fixture.h"
@@ -31,6 +35,17 @@ std::u16string RegistryLibrary() {
   std::u16string path = InProgramFolder(u"K_WRDEF1.DLL");
   sim::Machine& machine = sim::RunningProcess().machine();
   if (machine.libraries().Find(path) == nullptr) sim::AddRegistryLibrary(machine, path);
+  return path;
+}
+
+std::u16string ResourceLibrary() {
+  std::u16string path = InProgramFolder(u"KVRES.DLL");
+  sim::FileTree& files = sim::RunningProcess().machine().files();
+  if (!files.Exists(path)) {
+    std::ifstream file("tests/platform/resources/KVRES.DLL", std::ios::binary);
+    EXPECT_TRUE(file) << "the tests are to be run in the root of the tree";
+    files.WriteFile(path, std::string(std::istreambuf_iterator<char>(file), {}));
+  }
   return path;
 }
 

@@ -15,5 +15,6 @@ std::u16string BesideTheProgram(std::u16string_view name) {
 
 std::u16string TestLibrary() { return BesideTheProgram(u"KVTEST.DLL"); }
 std::u16string RegistryLibrary() { return BesideTheProgram(u"K_WRDEF1.DLL"); }
+std::u16string ResourceLibrary() { return BesideTheProgram(u"KVRES.DLL"); }
 
 }  // namespace platform
