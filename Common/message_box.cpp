@@ -19,7 +19,10 @@ bool HasRtlCharacter(std::u16string_view text) {
 }
 
 std::int32_t MessageBoxRtl(HWND owner, const char16_t* text, const char16_t* caption) {
-  const bool rtl = HasRtlCharacter(text) || HasRtlCharacter(caption);
+  const auto isRtl = [](const char16_t* shown) {
+    return shown != nullptr && HasRtlCharacter(shown);
+  };
+  const bool rtl = isRtl(text) || isRtl(caption);
   return Os().windowing.MessageBoxW(owner, text, caption, rtl ? MB_RIGHT | MB_RTLREADING : MB_OK);
 }
 

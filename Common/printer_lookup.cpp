@@ -1,10 +1,8 @@
 #include "Common/printer_lookup.h"
 
-#include <cstddef>
-#include <vector>
-
 #include "Common/fixed_text.h"
 #include "Common/kv_open_printer.h"
+#include "Common/printer_level2.h"
 #include "profile/drv_info_reader.h"
 
 namespace vgl {
@@ -12,26 +10,6 @@ namespace vgl {
 using namespace platform;
 
 namespace {
-
-// What the spooler tells at level 2. The texts stay good as long as this lives.
-class PrinterOfLevel2 {
- public:
-  explicit PrinterOfLevel2(HPRINTER printer) {
-    std::uint32_t needed = 0;
-    Os().spooler.GetPrinterW(printer, 2, nullptr, 0, &needed);
-    if (needed < sizeof(PrinterInfo2)) return;
-    // Whole structures, so that the first one is aligned.
-    m_buffer.resize(needed / sizeof(PrinterInfo2) + 1);
-    const auto room = static_cast<std::uint32_t>(m_buffer.size() * sizeof(PrinterInfo2));
-    if (!Os().spooler.GetPrinterW(printer, 2, m_buffer.data(), room, &needed)) m_buffer.clear();
-  }
-
-  // Null when the spooler didn't tell.
-  const PrinterInfo2* info() const { return m_buffer.empty() ? nullptr : m_buffer.data(); }
-
- private:
-  std::vector<PrinterInfo2> m_buffer;
-};
 
 // Takes a text that the spooler told, if it did and it fits into 260 characters.
 bool Take(const char16_t* told, std::u16string& out) {
@@ -63,7 +41,7 @@ int GetDriverName(const char16_t* printer, std::u16string& outDriver) {
 int GetDriverNameFromHandle(HPRINTER printer, std::u16string& outDriver) {
   outDriver.clear();
   if (printer == HPRINTER{}) return 0;
-  const PrinterOfLevel2 told(printer);
+  const CPrinterLevel2 told(printer);
   return told.info() != nullptr && Take(told.info()->driverName, outDriver) ? 1 : 0;
 }
 
@@ -71,7 +49,7 @@ int GetDriverAndPort(const char16_t* printer, std::u16string& outDriver, std::u1
   outDriver.clear();
   outPort.clear();
   return AskSpooler(printer, [&](HPRINTER handle) {
-    const PrinterOfLevel2 told(handle);
+    const CPrinterLevel2 told(handle);
     const bool gotDriver = told.info() != nullptr && Take(told.info()->driverName, outDriver);
     const bool gotPort = told.info() != nullptr && Take(told.info()->portName, outPort);
     return gotDriver || gotPort ? 1 : 0;

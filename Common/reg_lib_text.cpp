@@ -1,27 +1,12 @@
 #include "Common/reg_lib_text.h"
 
+#include "Common/code_page.h"
 #include "platform/owned.h"
 #include "profile/profile_keys.h"
 
 namespace vgl {
 
 using namespace platform;
-
-namespace {
-
-// Empty for a text that is empty, and for one that can't be converted.
-std::u16string FromCodePage(const char* text) {
-  constexpr std::int32_t kToTerminator = -1;
-  const std::int32_t chars = Os().nls.MultiByteToWideChar(CP_ACP, text, kToTerminator, nullptr, 0);
-  if (chars <= 0) return {};
-  std::u16string wide(static_cast<std::size_t>(chars), u'\0');
-  if (Os().nls.MultiByteToWideChar(CP_ACP, text, kToTerminator, wide.data(), chars) != chars)
-    return {};
-  wide.pop_back();  // the terminator
-  return wide;
-}
-
-}  // namespace
 
 bool RegLibText<char>::OpenPrinter(CKvOpenPrinter& open, const char* name, HPRINTER* printer) {
   return open.KvOpenPrinterA(name, printer);

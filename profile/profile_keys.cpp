@@ -68,6 +68,11 @@ std::u16string ReadModelText(const char16_t* key, const char16_t* modelId,
   return ReadText(modelId, key, kPathChars, profilePath);
 }
 
+std::u16string ReadLanguageText(const char16_t* key, const char16_t* section,
+                                const char16_t* profilePath) {
+  return ReadText(section, key, kPathChars, profilePath);
+}
+
 bool SettingsAreInRegistry(const char16_t* modelId, const char16_t* profilePath) {
   return ReadModelNumber(kProfileRegistryBase, modelId, profilePath) == 1;
 }

@@ -63,6 +63,11 @@ inline constexpr char16_t kProfilePrinterLibrary[] = u"PrnDll";
 std::u16string ReadModelText(const char16_t* key, const char16_t* modelId,
                              const char16_t* profilePath);
 
+// A text in a language's section of a model's profile; at most 259 characters.
+inline constexpr char16_t kProfileResourceLibrary[] = u"ResDll";
+std::u16string ReadLanguageText(const char16_t* key, const char16_t* section,
+                                const char16_t* profilePath);
+
 // Where a driver's settings are: a driver package writes them into the registry, or describes in
 // its SADat file the registry branch that would hold them. True: in the registry, because the
 // profile says exactly 1 for the model. False: in the install description. Whoever reads a setting

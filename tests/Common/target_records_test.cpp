@@ -1,27 +1,16 @@
-#include "Common/target_records.h"
-
+// Finding a monitored-printer record by its name.
 #include <gtest/gtest.h>
 
-#include "platform/sim/machine.h"
+#include <string>
+
+#include "tests/Common/target_records_fixture.h"
 
 namespace vgl {
 namespace {
 
 using namespace platform;
 
-constexpr HKEY kUser = HKEY_CURRENT_USER;
-
-class TargetRecords : public testing::Test {
- protected:
-  sim::Machine machine;
-  sim::Inside inside{machine};
-  PathText path;
-
-  void AddRecord(std::u16string_view branch, std::u16string_view number, std::u16string_view name) {
-    machine.registry().SetString(kUser, std::u16string(branch) + u"\\" + std::u16string(number),
-                                 u"Name", name);
-  }
-};
+using TargetRecords = TargetRecordTest;
 
 TEST_F(TargetRecords, RecordIsFoundByItsNameWithoutRegardToCase) {
   AddRecord(kPrinterBranch, u"P0000000000000000", u"Other");
@@ -56,26 +45,61 @@ TEST_F(TargetRecords, BranchThatDoesntOpenGivesFour) {
 }
 
 TEST_F(TargetRecords, RecordWithoutANameIsPassedOver) {
-  machine.registry().MakeKey(kUser, std::u16string(kPrinterBranch) + u"\\P0000000000000000");
+  registry().MakeKey(kUser, std::u16string(kPrinterBranch) + u"\\P0000000000000000");
   AddRecord(kPrinterBranch, u"P0000000000000001", u"a");
   EXPECT_EQ(FindTargetKey(u"a", false, path), 0);
 }
 
-TEST_F(TargetRecords, NameOf260CharactersMatchesWithAndWithoutItsTerminator) {
-  const std::u16string name(260, u'n');
-  AddRecord(kPrinterBranch, u"P0000000000000000", name);
-  EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 0);
-
-  const std::string bytes(reinterpret_cast<const char*>(name.data()), 520);
-  machine.registry().SetBytes(kUser, std::u16string(kPrinterBranch) + u"\\P0000000000000000",
-                              u"Name", REG_SZ, bytes);
-  EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 0);
+TEST_F(TargetRecords, NamesOf259And260CharactersMatchWithAndWithoutTheirTerminator) {
+  for (const std::size_t length : {1U, 259U, 260U}) {
+    const std::u16string name(length, u'n');
+    AddRecord(kPrinterBranch, kFirst, name);
+    EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 0) << length;
+    AddUnterminatedRecord(kPrinterBranch, kFirst, name);
+    EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 0) << length << " unterminated";
+  }
 }
 
 TEST_F(TargetRecords, NameOf261CharactersMatchesNothing) {
   const std::u16string name(261, u'n');
-  AddRecord(kPrinterBranch, u"P0000000000000000", name);
+  AddRecord(kPrinterBranch, kFirst, name);
   EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 1);
+  AddUnterminatedRecord(kPrinterBranch, kFirst, name);
+  EXPECT_EQ(FindTargetKey(name.c_str(), false, path), 1);
+  EXPECT_EQ(FindTargetKey(name.substr(0, 260).c_str(), false, path), 1);
+}
+
+TEST_F(TargetRecords, NameEndsAtItsFirstTerminator) {
+  AddRecord(kPrinterBranch, kFirst, std::u16string_view(u"a\0b", 3));
+  EXPECT_EQ(FindTargetKey(u"a", false, path), 0);
+}
+
+TEST_F(TargetRecords, NameOfAnOddNumberOfBytesEndsInAZeroByte) {
+  registry().SetBytes(kUser, RecordPath(kPrinterBranch, kFirst), u"Name", REG_SZ,
+                      std::string("a\0b", 3));
+  EXPECT_EQ(FindTargetKey(u"ab", false, path), 0);
+}
+
+TEST_F(TargetRecords, NullNameIsAnEmptyOne) {
+  AddRecord(kPrinterBranch, kFirst, u"a");
+  EXPECT_EQ(FindTargetKey(nullptr, false, path), 1);
+  AddRecord(kPrinterBranch, kSecond, u"");
+  EXPECT_EQ(FindTargetKey(nullptr, false, path), 0);
+}
+
+TEST_F(TargetRecords, RecordThatDoesntOpenIsPassedOver) {
+  AddRecord(kPrinterBranch, kFirst, u"a");
+  registry().Deny(kUser, RecordPath(kPrinterBranch, kFirst), true);
+  AddRecord(kPrinterBranch, kSecond, u"a");
+  EXPECT_EQ(FindTargetKey(u"a", false, path), 0);
+  EXPECT_EQ(path.view(), RecordPath(kPrinterBranch, kSecond));
+  EXPECT_TRUE(inside.process().Ledger().empty());
+}
+
+TEST_F(TargetRecords, EnumerationThatFailsEndsTheSearch) {
+  AddRecord(kPrinterBranch, kFirst, u"a");
+  inside.process().FailNext("RegEnumKeyExW", ERROR_ACCESS_DENIED);
+  EXPECT_EQ(FindTargetKey(u"a", false, path), 1);
 }
 
 TEST_F(TargetRecords, PathOf260CharactersDoesntFit) {
@@ -84,7 +108,7 @@ TEST_F(TargetRecords, PathOf260CharactersDoesntFit) {
   AddRecord(kPrinterBranch, fits, u"a");
   EXPECT_EQ(FindTargetKey(u"a", false, path), 0);
   EXPECT_EQ(path.length(), 259U);
-  machine.registry().RemoveKey(kUser, std::u16string(kPrinterBranch) + u"\\" + fits);
+  registry().RemoveKey(kUser, std::u16string(kPrinterBranch) + u"\\" + fits);
   AddRecord(kPrinterBranch, fits + u"k", u"a");
   EXPECT_EQ(FindTargetKey(u"a", false, path), 1);
   EXPECT_TRUE(path.empty());

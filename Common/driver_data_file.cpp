@@ -1,0 +1,26 @@
+#include "Common/driver_data_file.h"
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/platform.h"
+
+namespace vgl {
+
+using namespace platform;
+
+std::u16string DataFileOfDriver(HPRINTER printer) {
+  if (printer == HPRINTER{}) return {};
+  std::uint32_t needed = 0;
+  // A spooler may clear a whole structure even when it is told of one byte.
+  DriverInfo2 tooLittle{};
+  Os().spooler.GetPrinterDriverW(printer, 2, &tooLittle, 1, &needed);
+  if (needed < sizeof(DriverInfo2)) return {};
+  // Whole structures, so that the first one is aligned.
+  std::vector<DriverInfo2> buffer(needed / sizeof(DriverInfo2) + 1);
+  if (!Os().spooler.GetPrinterDriverW(printer, 2, buffer.data(), needed, &needed)) return {};
+  const char16_t* const file = buffer.front().dataFile;
+  return file == nullptr ? u"" : file;
+}
+
+}  // namespace vgl
