@@ -13,6 +13,7 @@
 #include "desk/map_reader.h"
 #include "desk/player.h"
 #include "desk/sample.h"
+#include "desk/set_files.h"
 #include "platform/owned.h"
 #include "profile/drv_file_locator.h"
 #include "profile/install_desc_parser.h"
@@ -67,17 +68,18 @@ class Describer {
     }
     Found("driver", driver);
     DescribeFiles(printer, driver);
-    DescribeIdentity(printer, driver);
+    const std::u16string model = DescribeIdentity(printer, driver);
+    if (!model.empty()) DescribeSet(printer, driver, model);
     DescribeInstallation(printer);
   }
 
   bool foundAll() const { return m_foundAll; }
 
  private:
-  void Found(const char* what, const std::u16string& value) {
+  void Found(const std::string& what, const std::u16string& value) {
     m_out << "  " << what << ": " << vgl::Utf8FromText(value) << '\n';
   }
-  void NotFound(const char* what, const std::u16string& why) {
+  void NotFound(const std::string& what, const std::u16string& why) {
     m_foundAll = false;
     Found(what, u"not found: " + why);
   }
@@ -119,7 +121,8 @@ class Describer {
       NotFound("registry library", path + u" is no library: no agent runs");
   }
 
-  void DescribeIdentity(const std::u16string& printer, const std::u16string& driver) {
+  // The model, without which there is no set to look for.
+  std::u16string DescribeIdentity(const std::u16string& printer, const std::u16string& driver) {
     std::u16string model;
     vgl::GetModelId(printer.c_str(), driver.c_str(), model);
     if (!model.empty())
@@ -127,6 +130,17 @@ class Describer {
     else
       NotFound("model", u"no text ModelID in " + vgl::DriverKeyPath(driver));
     DescribeMap(printer);
+    return model;
+  }
+
+  void DescribeSet(const std::u16string& printer, const std::u16string& driver,
+                   const std::u16string& model) {
+    for (const SetFile& file : FindSetFiles(printer, driver, model)) {
+      if (file.isFound)
+        Found(file.what, file.told);
+      else
+        NotFound(file.what, file.told);
+    }
   }
 
   void DescribeMap(const std::u16string& printer) {

@@ -6,9 +6,14 @@
 #include <string_view>
 
 #include "Common/text_conversion.h"
+#include "desk/invitation_library.h"
+#include "desk/language_manager.h"
+#include "desk/printer_library.h"
 #include "desk/registry_text.h"
+#include "desk/run_helper.h"
 #include "desk/sample_spooler.h"
 #include "desk/script.h"
+#include "desk/usage_log_library.h"
 #include "desk/whole_file.h"
 #include "platform/sim/registry_library.h"
 
@@ -18,8 +23,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void PutRegistryLibrary(sim::Machine& machine, const std::u16string& path) {
-  sim::AddRegistryLibrary(machine, path);
+using PutAt = void (*)(sim::Machine& machine, const std::u16string& path);
+
+// For what adds a library and gives it back.
+template <auto Add>
+void PutLibraryAt(sim::Machine& machine, const std::u16string& path) {
+  Add(machine, path);
+}
+
+void PutRunHelper(sim::Machine& machine, const std::u16string& path) {
+  machine.programs().Add(path, RunHelperMain);
 }
 
 void PutStandIn(sim::Machine& machine, const std::u16string& path) {
@@ -28,11 +41,29 @@ void PutStandIn(sim::Machine& machine, const std::u16string& path) {
 
 struct LibraryKind {
   const char* name;
-  void (*put)(sim::Machine& machine, const std::u16string& path);
+  PutAt put;
 };
-constexpr LibraryKind kLibraryKinds[] = {{"registry-library", PutRegistryLibrary},
-                                         {"stand-in", PutStandIn}};
+// tools/put-sample has the same kinds, with stubs for them.
+constexpr LibraryKind kLibraryKinds[] = {
+    {"registry-library", PutLibraryAt<sim::AddRegistryLibrary>},
+    {"printer-library", PutLibraryAt<AddPrinterLibrary>},
+    {"usage-log-library", PutLibraryAt<AddUsageLogLibrary>},
+    {"language-manager", PutLibraryAt<AddLanguageManager>},
+    {"invitation-library", PutLibraryAt<AddInvitationLibrary>},
+    {"run-helper", PutRunHelper},
+    {"stand-in", PutStandIn},
+};
 constexpr char kBlanks[] = " \t\r";
+
+// As in "A, B and C".
+std::string NamesOfKinds() {
+  std::string names;
+  for (const LibraryKind& kind : kLibraryKinds) {
+    const bool isLast = &kind == std::end(kLibraryKinds) - 1;
+    names += (names.empty() ? "" : isLast ? " and " : ", ") + std::string(kind.name);
+  }
+  return names;
+}
 
 std::u16string OnDriveC(const std::string& path) { return u"C:\\" + vgl::TextFromUtf8(path); }
 
@@ -144,8 +175,7 @@ class Loader {
         std::find_if(std::begin(kLibraryKinds), std::end(kLibraryKinds),
                      [&](const LibraryKind& known) { return known.name == kindName; });
     if (kind == std::end(kLibraryKinds)) {
-      mistake =
-          "there is no kind \"" + kindName + "\"; the kinds are registry-library and stand-in";
+      mistake = "there is no kind \"" + kindName + "\"; the kinds are " + NamesOfKinds();
       return false;
     }
     const std::string path = Trim(line.substr(kindName.size()));
@@ -169,7 +199,25 @@ class Loader {
     if (!text.error.empty()) return Fail("machine.reg", text.error);
     ApplyChanges(text.changes, m_machine.registry());
     std::string mistake;
-    return MakeSpoolerFromRegistry(m_machine, mistake) || Fail("machine.reg", mistake);
+    if (!MakeSpoolerFromRegistry(m_machine, mistake)) return Fail("machine.reg", mistake);
+    TellSerialNumber();
+    return true;
+  }
+
+  // All printer libraries of a machine answer alike: what the sample's first printer has among its
+  // data, where the stubs of a prefix look for it.
+  void TellSerialNumber() {
+    const std::u16string printers = u"System\\CurrentControlSet\\Control\\Print\\Printers";
+    const sim::RegistryTree& registry = m_machine.registry();
+    const auto names = registry.SubKeys(platform::HKEY_LOCAL_MACHINE, printers);
+    if (names.empty()) return;
+    const std::u16string data = printers + u"\\" + names.front() + u"\\PrinterDriverData";
+    const auto serial = registry.String(platform::HKEY_LOCAL_MACHINE, data, u"SerialID");
+    const auto cached = registry.Dword(platform::HKEY_LOCAL_MACHINE, data, u"SerialCached");
+    PrinterLibrary& library = PrinterLibraryOf(m_machine);
+    library.serial = vgl::Utf8FromText(serial.value_or(u""));
+    library.printerAnswers = serial.has_value();
+    library.serialIsCached = serial.has_value() && cached == 1U;
   }
 
   sim::Machine& m_machine;

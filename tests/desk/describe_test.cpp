@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
+#include <utility>
 
+#include "desk/resource_library.h"
 #include "tests/desk/scratch_folder.h"
 
 namespace desk {
@@ -45,6 +48,13 @@ TEST(Describe, TellsAllOfTheStudiosSet) {
   registry library: {D}\K_WRDEF1.DLL
   model: S7200
   instance map: VglV5MapFile_Ink (V5), as none is named
+  profile: {D}\KS7200.INI
+  language: ENU
+  resource library: {D}\K_S72EN.DLL
+  bitmap library: {D}\K_S72BM.DLL
+  printer library: {D}\K_S72PR.DLL
+  usage log library: {D}\K_APLOG.DLL
+  run helper: {D}\K_QD21RX.EXE
   install description:
     /////path/////
     #1 [<DRV> "Software\KAVRO\VGL3\Driver\KAVRO Studio 7200"]
@@ -137,14 +147,34 @@ class SmallSet : public testing::Test {
 
   SmallSet() {
     WriteRegistry("\"Driver\"=\"D.DLL\"\n\"Data File\"=\"D.VIF\"\n");
-    sample.Write("libraries",
-                 "registry-library Windows\\system32\\spool\\drivers\\x64\\3\\D.LIB\n");
-    WriteFile("D.VIF", "[CommonDrvInfo]\nSADat=D.DAT\nKVRDEF01=D.LIB\n");
-    WriteFile("D.DAT", kPath + "REGENTER = D, \"ModelID\", \"M\"\n");
+    WriteLibraries("");
+    WriteFile("D.VIF", kVif);
+    WriteFile("D.DAT", kPath + kValues);
+    WriteFile("D.INI", kModel + kLanguages);
+    WriteFile("DEN.DLL", BytesOf(PlainResourceLibrary()));
   }
 
+  inline static const std::string kVif =
+      "[CommonDrvInfo]\nSADat=D.DAT\nKVRDEF01=D.LIB\nAppLogModule=DLG.DLL\n";
   inline static const std::string kPath =
       "[Install]\nREGPATH = D, \"HKEY_LOCAL_MACHINE\\Software\\KAVRO\\VGL3\\Driver\\D\"\n";
+  inline static const std::string kValues =
+      "REGENTER = D, \"ModelID\", \"M\"\nREGENTER = D, \"InstallPath\", DRIVERDIR\n"
+      "REGENTER = D, \"Profile\", DRIVERDIR+\"\\D.INI\"\n";
+  inline static const std::string kModel = "[M]\nPrnDll=DPR.DLL\nVGL_LOG=1\n";
+  inline static const std::string kLanguages = "[Language]\nENU=09,01\n[ENU]\nResDll=DEN.DLL\n";
+  inline static const std::string kFolder = "Windows\\system32\\spool\\drivers\\x64\\3\\";
+
+  // The set's closed libraries and its run helper, but for the file `without`, and `others` lines.
+  void WriteLibraries(const std::string& without, const std::string& others = "") const {
+    std::string lines = others;
+    for (const auto& [kind, file] : {std::pair{"registry-library", "D.LIB"},
+                                     {"printer-library", "DPR.DLL"},
+                                     {"usage-log-library", "DLG.DLL"},
+                                     {"run-helper", "K_QD21RX.EXE"}})
+      if (file != without) lines += kind + (" " + kFolder) + file + "\n";
+    sample.Write("libraries", lines);
+  }
 
   void WriteFile(const std::string& name, const std::string& bytes) const {
     sample.Write("files/" + std::string(kSpool) + name, bytes);
@@ -178,6 +208,13 @@ TEST_F(SmallSet, IsFoundWhole) {
   registry library: {D}\D.LIB
   model: M
   instance map: VglV5MapFile_Ink (V5), as none is named
+  profile: {D}\D.INI
+  language: ENU
+  resource library: {D}\DEN.DLL
+  bitmap library: {D}\DEN.DLL, as none is named
+  printer library: {D}\DPR.DLL
+  usage log library: {D}\DLG.DLL
+  run helper: {D}\\K_QD21RX.EXE
   install description:
     /////path/////
     #1 [<D> "Software\KAVRO\VGL3\Driver\D"]
@@ -186,8 +223,10 @@ TEST_F(SmallSet, IsFoundWhole) {
 
     /////enter////
     #1 [<D> "ModelID", (REG_SZ) "M"]
+    #2 [<D> "InstallPath", (REG_SZ) "{D}"]
+    #3 [<D> "Profile", (REG_SZ) "{D}\D.INI"]
     //////////////
-    1 of 1 REGENTER lines count
+    3 of 3 REGENTER lines count
 )"));
 }
 
@@ -211,9 +250,9 @@ TEST_F(SmallSet, AVifThatNamesNoSADatFileIsTold) {
 }
 
 TEST_F(SmallSet, ARegistryLibraryThatIsntThereOrDoesntLoadIsTold) {
-  sample.Write("libraries", "");
+  WriteLibraries("D.LIB");
   ExpectNotFound("registry library: not found: {D}\\D.LIB isn't there: no agent runs");
-  sample.Write("libraries", "stand-in Windows\\system32\\spool\\drivers\\x64\\3\\D.LIB\n");
+  WriteLibraries("D.LIB", "stand-in " + kFolder + "D.LIB\n");
   ExpectNotFound("registry library: not found: {D}\\D.LIB is no library: no agent runs");
 }
 
@@ -252,20 +291,18 @@ TEST_F(SmallSet, OfAFileWithoutValuesThatIsReported) {
 }
 
 TEST_F(SmallSet, ValuesWhoseTagNoPathGivesAreCounted) {
-  WriteFile("D.DAT", kPath + "REGENTER = d, \"ModelID\", \"M\"\nREGENTER = E, \"N\", 1\n");
+  WriteFile("D.DAT", kPath + kValues + "REGENTER = d, \"N\", 1\nREGENTER = E, \"N\", 1\n");
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.code, 0);
   EXPECT_TRUE(outcome.out.ends_with(R"(
-    2 of 2 REGENTER lines count
+    5 of 5 REGENTER lines count
     1 of them have a tag that no REGPATH line gives
 )")) << outcome.out;
 }
 
 TEST_F(SmallSet, ItsMapIsToldByGeneration) {
   const auto name = [&](const std::string& map) {
-    WriteFile("D.DAT", kPath +
-                           "REGENTER = D, \"ModelID\", \"M\"\nREGENTER = D, \"MapFileName\", \"" +
-                           map + "\"\n");
+    WriteFile("D.DAT", kPath + kValues + "REGENTER = D, \"MapFileName\", \"" + map + "\"\n");
   };
   for (const std::string map : {"VglV5MapFile_Ink (V5)", "VglV7MapFile_Ink (V7)"}) {
     name(map.substr(0, map.find(' ')));
@@ -278,6 +315,135 @@ TEST_F(SmallSet, ItsMapIsToldByGeneration) {
       "program finds the agent");
   name("VglV6MapFile_Ink");
   ExpectNotFound("instance map: not found: there is no map VglV6MapFile_Ink: no agent runs");
+}
+
+TEST_F(SmallSet, AProfileThatIsntNamedOrIsntThereIsTold) {
+  WriteFile("D.DAT", kPath + "REGENTER = D, \"ModelID\", \"M\"\n");
+  ExpectNotFound(
+      "profile: not found: no value Profile of the driver and no value M of the profile branch "
+      "names "
+      "one: no agent runs");
+  WriteFile("D.DAT", kPath + kValues +
+                         "REGPATH = P, \"HKEY_LOCAL_MACHINE\\Software\\KAVRO\\VGL3\\Profile\"\n"
+                         "REGENTER = P, \"M\", \"C:\\E.INI\"\n");
+  ASSERT_TRUE(fs::remove(sample.path() / "files" / kSpool / "D.INI"));
+  ExpectNotFound("profile: not found: C:\\E.INI isn't there");
+}
+
+TEST_F(SmallSet, WithoutALanguageWhoseLibraryIsThereNoAgentRuns) {
+  const std::string noLanguage =
+      "language: not found: the profile lists none whose resource library lies beside it";
+  WriteFile("D.INI", kModel);
+  ExpectNotFound(noLanguage);
+  ExpectNotFound("resource library: not found: nothing names one: no agent runs");
+  ExpectNotFound("bitmap library: not found: nothing names one");
+  WriteFile("D.INI", kModel + kLanguages);
+  ASSERT_TRUE(fs::remove(sample.path() / "files" / kSpool / "DEN.DLL"));
+  ExpectNotFound(noLanguage);
+}
+
+// Only the file beside the profile is looked at, and only the one in the set's folder is loaded.
+TEST_F(SmallSet, AResourceLibraryBesideTheProfileAloneIsntThere) {
+  sample.Write("files/E/x", "");
+  WriteFile("D.DAT", kPath + "REGENTER = D, \"ModelID\", \"M\"\n" +
+                         "REGENTER = D, \"InstallPath\", \"C:\\E\"\n" +
+                         "REGENTER = D, \"Profile\", DRIVERDIR+\"\\D.INI\"\n");
+  ExpectNotFound("resource library: not found: C:\\E\\DEN.DLL isn't there: no agent runs");
+  ExpectNotFound(
+      "run helper: not found: neither K_QRX names one nor is K_QD21RX.EXE in InstallPath: no "
+      "window "
+      "opens");
+}
+
+TEST_F(SmallSet, WhatAResourceLibraryLacksIsTold) {
+  const auto without = [&](const std::function<void(ResourceLibrary&)>& change) {
+    ResourceLibrary library = PlainResourceLibrary();
+    change(library);
+    WriteFile("DEN.DLL", BytesOf(library));
+  };
+  const std::string beginning = "resource library: not found: {D}\\DEN.DLL ";
+  WriteFile("DEN.DLL", "no program file");
+  ExpectNotFound(beginning + "is no library: no agent runs");
+  without([](ResourceLibrary& library) { library.menus.erase(801); });
+  ExpectNotFound(beginning + "has no menu 801 with a sub-menu: no agent runs");
+  without([](ResourceLibrary& library) { library.menus[801] = {{.text = u"A", .id = 900}}; });
+  ExpectNotFound(beginning + "has no menu 801 with a sub-menu: no agent runs");
+  without([](ResourceLibrary& library) {
+    library.menus[801] = {{.text = u"A", .popup = {{.text = u"B", .id = 902}}}};
+  });
+  ExpectNotFound(beginning + "has no entry 901 in menu 801");
+  without([](ResourceLibrary& library) { library.strings.erase(1100); });
+  ExpectNotFound(beginning + "has no text 1100");
+  without([](ResourceLibrary& library) { library.strings[35277] = u""; });
+  ExpectNotFound(beginning + "has no text 35277");
+  without([](ResourceLibrary& library) { library.icons.erase(702); });
+  ExpectNotFound("bitmap library: not found: {D}\\DEN.DLL has no icon 702");
+}
+
+TEST_F(SmallSet, ABitmapLibraryOfItsOwnIsTold) {
+  WriteFile("D.INI", kModel + "BmpDll=DBM.DLL\n" + kLanguages);
+  ExpectNotFound(
+      "bitmap library: not found: {D}\\DBM.DLL isn't there: the pictures are the resource "
+      "library's");
+  WriteFile("DBM.DLL", BytesOf({.icons = {{700, 1}, {701, 2}}}));
+  ExpectNotFound("bitmap library: not found: {D}\\DBM.DLL has no icon 702");
+  WriteFile("DBM.DLL", BytesOf({.icons = {{700, 1}, {701, 2}, {702, 3}}}));
+  EXPECT_EQ(Run().code, 0);
+  EXPECT_NE(Run().out.find(WithFolder("\n  bitmap library: {D}\\DBM.DLL\n")), std::string::npos);
+}
+
+TEST_F(SmallSet, APrinterLibraryThatIsOfNoUseIsTold) {
+  const std::string without = ": new records stay without settings, uses aren't counted";
+  WriteLibraries("DPR.DLL");
+  ExpectNotFound("printer library: not found: {D}\\DPR.DLL isn't there" + without);
+  WriteLibraries("DPR.DLL", "invitation-library " + kFolder + "DPR.DLL\n");
+  ExpectNotFound("printer library: not found: {D}\\DPR.DLL has no export PrSetRegDefaultValue");
+  WriteFile("D.INI", "[M]\nVGL_LOG=1\n");
+  ExpectNotFound("printer library: not found: the profile has no PrnDll in [M]" + without);
+}
+
+TEST_F(SmallSet, AUsageLogLibraryThatIsOfNoUseIsTold) {
+  WriteLibraries("DLG.DLL");
+  const std::string none =
+      "usage log library: not found: the VIF names none that lies beside it: uses aren't counted";
+  ExpectNotFound(none);
+  WriteLibraries("DLG.DLL", "stand-in " + kFolder + "DLG.DLL\n");
+  ExpectNotFound("usage log library: not found: {D}\\DLG.DLL is no library: uses aren't counted");
+  WriteLibraries("DLG.DLL", "invitation-library " + kFolder + "DLG.DLL\n");
+  ExpectNotFound("usage log library: not found: {D}\\DLG.DLL has no export GetExtEscapeDeviceID");
+  WriteFile("D.VIF", "[CommonDrvInfo]\nSADat=D.DAT\nKVRDEF01=D.LIB\n");
+  ExpectNotFound(none);
+}
+
+TEST_F(SmallSet, OfAModelThatIsntCountedTheUsageLogLibraryIsntLookedFor) {
+  WriteLibraries("DLG.DLL");
+  for (const char* key : {"", "VGL_LOG=0\n", "VGL_LOG=2\n"}) {
+    WriteFile("D.INI", "[M]\nPrnDll=DPR.DLL\n" + std::string(key) + kLanguages);
+    EXPECT_EQ(Run().code, 0);
+    EXPECT_NE(Run().out.find("\n  usage log library: isn't asked, as VGL_LOG isn't 1 in [M]\n"),
+              std::string::npos);
+  }
+}
+
+TEST_F(SmallSet, ALanguageManagerIsToldWithTheResourceLibraryThatItGives) {
+  WriteFile("D.VIF", kVif + "LMWModule=DLM.DLL\nVGLUIRESModule=DHE.DLL\n");
+  ExpectNotFound("language manager: not found: {D}\\DLM.DLL isn't there");
+  WriteLibraries("", "stand-in " + kFolder + "DLM.DLL\n");
+  ExpectNotFound("language manager: not found: {D}\\DLM.DLL is of no use");
+  WriteLibraries("", "language-manager " + kFolder + "DLM.DLL\n");
+  WriteFile("DHE.DLL", BytesOf(PlainResourceLibrary()));
+  EXPECT_EQ(Run().code, 0);
+  EXPECT_NE(Run().out.find(WithFolder(R"(
+  language manager: {D}\DLM.DLL
+  language: ENU
+  resource library: {D}\DHE.DLL, from the language manager
+)")),
+            std::string::npos)
+      << Run().out;
+  // What it names isn't there: the profile's.
+  ASSERT_TRUE(fs::remove(sample.path() / "files" / kSpool / "DHE.DLL"));
+  EXPECT_EQ(Run().code, 0);
+  EXPECT_NE(Run().out.find(WithFolder("\n  resource library: {D}\\DEN.DLL\n")), std::string::npos);
 }
 
 TEST_F(SmallSet, ASampleWithoutAPrinterIsTold) {
@@ -293,7 +459,8 @@ TEST_F(SmallSet, ASampleWithAMistakeIsNotDescribed) {
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err, "vgldesk describe: " + sample.path().string() +
                              "/libraries: line 1: there is no kind \"library\"; the kinds are "
-                             "registry-library and stand-in\n");
+                             "registry-library, printer-library, usage-log-library, "
+                             "language-manager, invitation-library, run-helper and stand-in\n");
 }
 
 }  // namespace

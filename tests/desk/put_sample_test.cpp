@@ -25,7 +25,9 @@ class PutSample : public testing::Test {
   const fs::path prefix = scratch.path() / "prefix";
 
   PutSample() {
-    scratch.Write("stubs/K_WRDEF1.DLL", "stub");
+    for (const char* stub : {"K_WRDEF1.DLL", "KVPRN.DLL", "K_APLOG.DLL", "KVLMW.DLL",
+                             "KVPARLOS.DLL", "run_helper.exe"})
+      scratch.Write(fs::path("stubs") / stub, "stub "s + stub);
     // As in: wine regedit /S C:\put-sample.abc
     scratch.Write("wine", "#!/bin/bash\ncp \"$WINEPREFIX/drive_c/${3#C:\\\\}\" '" +
                               GivenText().string() + "'\n");
@@ -88,6 +90,17 @@ TEST_F(PutSample, AgreesWithVgldeskOnEachLineOfLibraries) {
       {"# c\n\r\n \t\r\n  # c\r\n", true, {}},
       {"stand-in A\\B.DLL\r\nregistry-library A\\C d.DLL \t\r\n", true, {"A/B.DLL", "A/C d.DLL"}},
       {" \tstand-in\tA.DLL", true, {"A.DLL"}},
+      {"printer-library A\nusage-log-library B\nlanguage-manager C\ninvitation-library D\n"
+       "run-helper E.EXE\n",
+       true,
+       {"A", "B", "C", "D", "E.EXE"}},
+      {"Registry-library A\n", false, {}},
+      {"printer-library\n", false, {}},
+      {"run-helper C:\\A.EXE\n", false, {}},
+      {"utility-library A\n", false, {}},
+      {"* A\n", false, {}},
+      {"@ A\n", false, {}},
+      {"$(false) A\n", false, {}},
       {"stand-in A\\B.DLL\nstand-in a\\C.DLL\n", true, {"A/B.DLL", "A/C.DLL"}},
       {"stand-in " + std::string(200, 'x') + "\n", true, {std::string(200, 'x')}},
       {"stand-in\n", false, {}},
@@ -183,6 +196,47 @@ TEST_F(PutSample, AgreesWithVgldeskOnEachKindOfFile) {
   }
 }
 
+TEST_F(PutSample, PutsTheStubOfItsKind) {
+  const struct {
+    std::string kind;
+    std::string bytes;
+  } cases[] = {
+      {"registry-library", "stub K_WRDEF1.DLL"},
+      {"printer-library", "stub KVPRN.DLL"},
+      {"usage-log-library", "stub K_APLOG.DLL"},
+      {"language-manager", "stub KVLMW.DLL"},
+      {"invitation-library", "stub KVPARLOS.DLL"},
+      {"run-helper", "stub run_helper.exe"},
+      {"stand-in", ""},
+  };
+  for (const auto& [kind, bytes] : cases) {
+    SCOPED_TRACE(kind);
+    StartAnew();
+    scratch.Write("sample/libraries", kind + " A\\B.EXE\n");
+    ASSERT_TRUE(Put());
+    EXPECT_EQ(ReadWholeFile(prefix / "drive_c/A/B.EXE"), bytes);
+  }
+}
+
+TEST_F(PutSample, NamesTheSameKindsAsVgldesk) {
+  scratch.Write("sample/libraries", "no-such A\n");
+  sim::Machine machine;
+  std::string error;
+  EXPECT_FALSE(LoadSample(machine, sample, error));
+  EXPECT_FALSE(Put());
+  EXPECT_EQ(ReadWholeFile(scratch.path() / "errors"), "put-sample: " + error + "\n");
+}
+
+TEST_F(PutSample, TheUsageLogsFolderIsThereOnBoth) {
+  scratch.Write("sample/libraries", "usage-log-library A\n");
+  sim::Machine machine;
+  std::string error;
+  ASSERT_TRUE(LoadSample(machine, sample, error)) << error;
+  EXPECT_TRUE(machine.files().IsFolder(u"C:\\ProgramData\\KAVRO\\VGL3\\LOG"));
+  ASSERT_TRUE(Put());
+  EXPECT_TRUE(fs::is_directory(prefix / "drive_c/ProgramData/KAVRO/VGL3/LOG"));
+}
+
 TEST_F(PutSample, WritesNothingThroughALinkThatLeadsOutOfThePrefix) {
   fs::create_directory(scratch.path() / "home");
   fs::create_symlink(scratch.path() / "home", prefix / "drive_c/Users");
@@ -233,6 +287,92 @@ TEST_F(PutSample, OnArm64TheDriversFolderHasItsOwnName) {
   ASSERT_TRUE(Put("--arm64"));
   EXPECT_EQ(InPrefix(), (Files{"windows/System32/Spool/Drivers/arm64/3/K.DLL",
                                "windows/System32/Spool/Drivers/arm64/3/a.dat"}));
+}
+
+// A program file's header with what put-sample looks at.
+struct Header {
+  unsigned machine = 0x8664;
+  unsigned codeBytes = 0;
+  unsigned start = 0;
+  unsigned at = 0x80;
+};
+
+std::string LowFirst(unsigned number, int bytes) {
+  std::string text;
+  for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> (8 * i) & 0xFF);
+  return text;
+}
+
+std::string ProgramFile(const Header& header) {
+  std::string bytes = "MZ" + std::string(58, 'm') + LowFirst(header.at, 4);
+  bytes.resize(header.at, 'd');
+  bytes += "PE\0\0"s + LowFirst(header.machine, 2) + std::string(18, 'h');
+  bytes += LowFirst(0x20B, 2) + "lv" + LowFirst(header.codeBytes, 4) + std::string(8, 's');
+  return bytes + LowFirst(header.start, 4) + "the rest";
+}
+
+TEST_F(PutSample, OnArm64AnX64LibraryWithoutCodeIsMadeOneOfThatProcessor) {
+  for (const unsigned at : {0x40U, 0x80U, 0x1234U}) {
+    SCOPED_TRACE(at);
+    StartAnew();
+    scratch.Write("sample/files/A.DLL", ProgramFile({.at = at}));
+    ASSERT_TRUE(Put("--arm64"));
+    EXPECT_EQ(ReadWholeFile(prefix / "drive_c/A.DLL"), ProgramFile({.machine = 0xAA64, .at = at}));
+    EXPECT_EQ(ReadWholeFile(sample / "files/A.DLL"), ProgramFile({.at = at}));
+  }
+}
+
+TEST_F(PutSample, AllOtherFilesStayAsTheyAre) {
+  const std::string library = ProgramFile({});
+  const struct {
+    const char* what;
+    std::string bytes;
+  } cases[] = {
+      {"with code", ProgramFile({.codeBytes = 1})},
+      {"with a place to start at", ProgramFile({.start = 0x1000})},
+      {"for 32 bits", ProgramFile({.machine = 0x14C})},
+      {"for Arm64", ProgramFile({.machine = 0xAA64})},
+      {"of another beginning", "ZM" + library.substr(2)},
+      {"without a header", library.substr(0, 0x80) + "NE\0\0"s + library.substr(0x84)},
+      {"cut behind the processor", library.substr(0, 0x86)},
+      {"cut in front of the header", library.substr(0, 0x80)},
+      {"cut in front of its place", library.substr(0, 60)},
+      {"with a header far away", library.substr(0, 60) + "\xFF\xFF\xFF\xFF"},
+      {"of two letters", "MZ"},
+      {"of one", "M"},
+      {"empty", ""},
+      {"a text", "[Install]\r\n"},
+  };
+  for (const auto& [what, bytes] : cases) {
+    SCOPED_TRACE(what);
+    StartAnew();
+    scratch.Write("sample/files/A.DLL", bytes);
+    ASSERT_TRUE(Put("--arm64"));
+    EXPECT_EQ(ReadWholeFile(prefix / "drive_c/A.DLL"), bytes);
+  }
+  StartAnew();
+  scratch.Write("sample/files/A.DLL", library);
+  ASSERT_TRUE(Put());
+  EXPECT_EQ(ReadWholeFile(prefix / "drive_c/A.DLL"), library);
+}
+
+// The stubs are built for that processor.
+TEST_F(PutSample, OnArm64EverySamplesResourceLibrariesAreForThatProcessor) {
+  for (const char* name : {"studio-7200", "atelier-4400", "panorama-9900"}) {
+    SCOPED_TRACE(name);
+    StartAnew();
+    fs::remove_all(sample);
+    fs::copy(fs::path("samples") / name, sample, fs::copy_options::recursive);
+    ASSERT_TRUE(Put("--arm64"));
+    int libraries = 0;
+    for (const std::string& file : InPrefix()) {
+      const std::string bytes = ReadWholeFile(prefix / "drive_c" / file).value_or("");
+      if (!bytes.starts_with("MZ")) continue;
+      ++libraries;
+      EXPECT_NE(bytes.find("PE\0\0\x64\xAA"s), std::string::npos) << file;
+    }
+    EXPECT_GE(libraries, 2);
+  }
 }
 
 }  // namespace

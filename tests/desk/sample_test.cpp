@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "desk/printer_library.h"
+#include "desk/run_helper.h"
 #include "desk/sample_spooler.h"
 #include "platform/owned.h"
 #include "tests/desk/scratch_folder.h"
@@ -59,11 +61,58 @@ TEST_F(SampleTest, FilesStandOnDriveCWithTheirBytes) {
 
 TEST_F(SampleTest, LibrariesStandUnderTheirPathsByTheirKinds) {
   Write("libraries",
-        "# comment\n\r\n  # comment\n \t\r\n registry-library \tDrv\\A b.DLL \t\r\nstand-in "
-        "Drv\\X.EXE");
+        "# comment\n\r\n  # comment\n \t\r\n registry-library \tDrv\\A b.DLL \t\r\n"
+        "printer-library Drv\\P.DLL\nusage-log-library Drv\\U.DLL\nlanguage-manager Drv\\L.DLL\n"
+        "invitation-library Drv\\I.DLL\nstand-in Drv\\X.EXE");
   ASSERT_TRUE(Load()) << error;
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\A b.DLL").Find(4), nullptr);
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\P.DLL").Find("PrGetSerialID2"), nullptr);
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\U.DLL").Find("IncrementMultiLog"), nullptr);
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\L.DLL").Find("LMWGetLibraryPath"), nullptr);
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\I.DLL").Find("FY07ParlosCloseExW"), nullptr);
   EXPECT_EQ(machine.files().ReadFile(u"C:\\Drv\\X.EXE"), "");
+}
+
+TEST_F(SampleTest, ARunHelperIsAProgramThatWritesDownWhatItWasGiven) {
+  Write("libraries", "run-helper Drv\\K_QD21RX.EXE\n");
+  ASSERT_TRUE(Load()) << error;
+  machine.files().MakeFolder(u"C:\\ProgramData\\KAVRO\\VGL3");
+  machine.files().WriteUtf16(u"C:\\f.tmp", u"/P1 \"A\"\n/O1 \"B\"\n/M1 \"C\"\n/E");
+  const sim::Inside inside(machine);
+  std::u16string commandLine = u"C:\\Drv\\K_QD21RX.EXE /FU \"C:\\f.tmp\"";
+  ProcessInformation started;
+  ASSERT_TRUE(Os().process.CreateProcessW(commandLine.data(), &started));
+  const OwnedObject process(started.process), thread(started.thread);
+  EXPECT_EQ(Os().objects.WaitForSingleObject(process.get(), INFINITE), WAIT_OBJECT_0);
+  EXPECT_EQ(machine.files().ReadFile(kRunHelperLog),
+            "preferences window: printer \"A\", port \"B\", model \"C\"\n");
+}
+
+TEST_F(SampleTest, TheSerialNumberIsAmongThePrintersData) {
+  const auto write = [&](const std::string& data) {
+    Write("machine.reg", "REGEDIT4\n" + Printer("P", kPrinterValues) + "[" + kPrint +
+                             "\\Printers\\P\\PrinterDriverData]\n" + data);
+  };
+  const struct {
+    std::string data;
+    std::string serial;
+    bool isCached;
+    bool answers;
+  } cases[] = {
+      {"\"SerialID\"=\"K1\"\n\"SerialCached\"=dword:1\n", "K1", true, true},
+      {"\"SerialID\"=\"K2\"\n\"SerialCached\"=dword:0\n", "K2", false, true},
+      {"\"SerialID\"=\"\"\n", "", false, true},
+      {"\"SerialCached\"=dword:1\n", "", false, false},
+  };
+  for (const auto& [data, serial, isCached, answers] : cases) {
+    SCOPED_TRACE(data);
+    write(data);
+    sim::Machine fresh;
+    ASSERT_TRUE(LoadSample(fresh, folder, error)) << error;
+    EXPECT_EQ(PrinterLibraryOf(fresh).serial, serial);
+    EXPECT_EQ(PrinterLibraryOf(fresh).serialIsCached, isCached);
+    EXPECT_EQ(PrinterLibraryOf(fresh).printerAnswers, answers);
+  }
 }
 
 TEST_F(SampleTest, TheRegistryIsWhatTheExportTells) {
@@ -244,8 +293,9 @@ TEST_F(SampleTest, MistakesInLibrariesAreNamedWithTheirLine) {
     std::string mistake;
   } cases[] = {
       {"stand-in B\nregistrylibrary A.DLL\n",
-       "libraries: line 2: there is no kind \"registrylibrary\"; the kinds are registry-library "
-       "and stand-in"},
+       "libraries: line 2: there is no kind \"registrylibrary\"; the kinds are registry-library, "
+       "printer-library, usage-log-library, language-manager, invitation-library, run-helper and "
+       "stand-in"},
       {"# next\r\nregistry-library\r\n",
        "libraries: line 2: \"\" is no path on drive C, as in "
        "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},

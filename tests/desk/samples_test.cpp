@@ -262,9 +262,9 @@ TEST_F(OneSample, AtelierIsDescribedByItsPrinterAndItsDriverButNotByItsVif) {
 TEST_F(OneSample, PanoramaHasHebrewTextsInItsProfile) {
   Put(machine, "panorama-9900");
   char16_t name[20] = {};
-  Os().profiles.GetPrivateProfileStringW(u"HEB", u"Name", u"", name, 20,
+  Os().profiles.GetPrivateProfileStringW(u"ENU", u"Name", u"", name, 20,
                                          AllTold()[2].profile.c_str());
-  EXPECT_EQ(std::u16string(name), u"\u05E2\u05D1\u05E8\u05D9\u05EA");
+  EXPECT_EQ(std::u16string(name), u"\u05D0\u05E0\u05D2\u05DC\u05D9\u05EA");
 }
 
 }  // namespace
