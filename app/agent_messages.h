@@ -25,8 +25,4 @@ inline constexpr std::uint64_t TMID_NETPILOT = 20;
 inline constexpr std::uint64_t TMID_FLUSHLOG = 30;
 inline constexpr std::uint64_t TMID_CLICK = 513;
 
-// Commands of the menu's fixed head, set by the menu resource.
-inline constexpr std::uint32_t IDM_STATUS = 900;
-inline constexpr std::uint32_t IDM_SET_ENV = 901;
-
 }  // namespace vgl

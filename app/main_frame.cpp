@@ -2,9 +2,15 @@
 #include "app/main_frame.h"
 
 #include <new>
+#include <vector>
 
+#include "Common/CVglLog.h"
+#include "Common/kv_open_printer.h"
 #include "Common/message_box.h"
+#include "Common/path_lookup.h"
+#include "Common/printer_mask.h"
 #include "Common/tray_log.h"
+#include "profile/drv_file_locator.h"
 #include "profile/profile_keys.h"
 
 namespace vgl {
@@ -18,12 +24,33 @@ namespace {
 
 constexpr std::uint32_t kFlushLogPeriod = 900000;
 
+// Strings of the resource library.
+constexpr std::uint32_t kTextCaption = 1100;
+constexpr std::uint32_t kTextBusy = 35277;
+
 bool RunsOnServer() {
   constexpr std::uint8_t kDomainController = 2;
   constexpr std::uint8_t kServer = 3;
   OsVersion version;
   if (!Os().system.GetVersionExW(&version)) return false;
   return version.productType == kDomainController || version.productType == kServer;
+}
+
+std::u16string LoadText(std::uint32_t id) {
+  constexpr std::int32_t kRoom = 4097;  // more than fits into a message box on any screen
+  std::u16string text(kRoom, u'\0');
+  const std::int32_t length = Os().resources.LoadStringW(g_hResDll, id, text.data(), kRoom);
+  text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+  return text;
+}
+
+// What the spooler tells of an open printer at level 4; 0 when it doesn't.
+std::uint32_t AttributesOf(HPRINTER printer) {
+  std::uint32_t needed = 0;
+  Os().spooler.GetPrinterW(printer, 4, nullptr, 0, &needed);
+  std::vector<PrinterInfo4> told(needed / sizeof(PrinterInfo4) + 1);
+  const auto room = static_cast<std::uint32_t>(told.size() * sizeof(PrinterInfo4));
+  return Os().spooler.GetPrinterW(printer, 4, told.data(), room, &needed) ? told[0].attributes : 0;
 }
 
 }  // namespace
@@ -33,6 +60,8 @@ CMainFrame::CMainFrame() : m_pExMenu(new (std::nothrow) ExMenuItem[kExMenuSlots]
 }
 
 CMainFrame::~CMainFrame() {
+  for (const HICON icon : m_hIcon)
+    if (icon != HICON{}) Os().resources.DestroyIcon(icon);
   if (m_pcInv != nullptr) TrayLogText(u"delete m_pcInv");
 }
 
@@ -49,8 +78,58 @@ std::int32_t CMainFrame::StartUp() {
     LeaveMap();
     return kEndQuietly;
   }
-  ArmTimersOfStartUp();
+  if (IsPrinterMasked(m_szPrinterName.c_str()) != 0) {
+    TrayLogText(u"Vgl is invalid.");
+    return kEndMasked;
+  }
+  if (!LoadDriverSet()) return kEndAndDropAutoStart;
+  if (!ShowIconAndMenu()) return kEndQuietly;
+  BeginWork();
   return kRun;
+}
+
+// What a printer without usable data doesn't have: such a start isn't to be tried at each logon.
+bool CMainFrame::LoadDriverSet() {
+  GetProfilePath(&m_szDatPath, m_szDriverName.c_str(), m_szModelID.c_str(),
+                 m_szPrinterName.c_str());
+  TrayLogPair(u"m_szDatPath", m_szDatPath.c_str());
+  return !m_szDatPath.empty() && LoadRegSet() != 0 && LoadResDll(m_szResDll.c_str()) != 0;
+}
+
+bool CMainFrame::ShowIconAndMenu() {
+  if (UpdateTrayIcon(m_nIconSelected, IconChange::Add) == 0 || !LoadMenu()) {
+    FreeResDll();
+    return false;
+  }
+  // Texts that a message needs while no library is loaded.
+  m_csMsgCaption = LoadText(kTextCaption);
+  m_csMsgBusy = LoadText(kTextBusy);
+  FindNetPilot();
+  FreeResDll();
+  return true;
+}
+
+void CMainFrame::FindNetPilot() {
+  CDrvFileLocator().GetVifPath(m_szPrinterName.c_str(), &m_csVifName);
+  TrayLogPair(u"StartUP csVifName", m_csVifName.c_str());
+  if (!m_csVifName.empty()) {
+    m_csNetPilotString = ReadVifKey(kVifNetPilotProgram, m_csVifName.c_str());
+    TrayLogPair(u"StartUP csNetPilotString", m_csNetPilotString.c_str());
+  }
+  if (IsNetworkPrinter()) {
+    TrayLogText(u"PRINTER_ATTRIBUTE_NETWORK");
+    m_csNetPilotString.clear();
+  }
+}
+
+bool CMainFrame::IsNetworkPrinter() {
+  CKvOpenPrinter open;
+  HPRINTER printer{};
+  if (open.KvOpenPrinter(m_szPrinterName.c_str(), &printer, nullptr) != CKvOpenPrinter::kOpened)
+    return false;
+  const bool isNetwork = (AttributesOf(printer) & PRINTER_ATTRIBUTE_NETWORK) != 0;
+  open.KvClosePrinter(printer);
+  return isNetwork;
 }
 
 bool CMainFrame::FillFixedTexts() {
@@ -62,11 +141,12 @@ bool CMainFrame::FillFixedTexts() {
          m_szMsgNoFile.Assign(u"Could not find specified file.");
 }
 
-void CMainFrame::ArmTimersOfStartUp() {
+void CMainFrame::BeginWork() {
   m_uEndTime = ReadModelNumber(kProfileTrayIconEndTime, m_szModelID.c_str(), m_szDatPath.c_str());
   if (m_uEndTime != 0) m_uhPrinterCheck = ArmTimer(TMID_PRINTERCHECK, m_uEndTime);
   m_uhMaskCheck = ArmTimer(TMID_MASKCHECK, kMaskCheckPeriod);
   if (RunsOnServer()) TrayLogText(u"Server OS.");
+  g_VglLog.get().Increment(VGLLOG_TRAYICON, kCountAgentStart, m_szPrinterName.c_str());
   m_uhFlushLog = ArmTimer(TMID_FLUSHLOG, kFlushLogPeriod);
 }
 
@@ -84,6 +164,9 @@ std::int32_t CMainFrame::DestroyWindow() {
   TrayLogText(u"CMainFrame::DestroyWindow");
   StopTimer(TMID_MASKCHECK, m_uhMaskCheck);
   if (m_hMapFile != HANDLE{}) LeaveMap();
+  if (m_nid.window != HWND{}) Os().shell.Shell_NotifyIconW(NIM_DELETE, m_nid);
+  if (m_hMenu != HMENU{}) Os().menus.DestroyMenu(m_hMenu);
+  m_hMenu = HMENU{};
   StopTimer(TMID_PRINTERCHECK, m_uhPrinterCheck);
   m_uInvitationPeriod = 0;
   StopTimer(TMID_INVITATION, m_uhInvitationMonitor);

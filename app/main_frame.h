@@ -49,6 +49,18 @@ class CMainFrame {
   // no record or it can't be written.
   std::int32_t DisableIconReg();
 
+  // Finds the printer's record, or makes one, and takes the icon's number from it; then finds the
+  // resource library. 1; 0 when the record switches the icon off, also by saying nothing of it.
+  std::int32_t LoadRegSet();
+
+  // Loads the resource library and, where the set has one of its own, the bitmap library; both are
+  // to be freed by FreeResDll. 0, after a message box, when the resource library can't be loaded.
+  std::int32_t LoadResDll(const char16_t* path);
+
+  // Starts the run helper for the status window or, with `withE`, for the preferences window, by a
+  // parameter file that the helper removes. 1 when it was started; 0 leaves no file behind.
+  std::int32_t StartVGLExe(const char16_t* exePath, bool withE);
+
   // A message box with this owner, by the reading order of its texts.
   std::int32_t MessageBoxRtl(platform::HWND owner, const char16_t* text, const char16_t* caption);
 
@@ -110,12 +122,16 @@ class CMainFrame {
 
  private:
   bool FillFixedTexts();
+  bool LoadDriverSet();
+  bool ShowIconAndMenu();
+  void FindNetPilot();
+  bool IsNetworkPrinter();
   void HandOverTo(platform::HWND other);
   void PublishWindow();
   // Takes this agent out of the instance map and closes it.
   void LeaveMap();
   void CloseMap();
-  void ArmTimersOfStartUp();
+  void BeginWork();
   std::uint64_t ArmTimer(std::uint64_t id, std::uint32_t milliseconds);
   void StopTimer(std::uint64_t id, std::uint64_t& field);
 
@@ -126,7 +142,7 @@ class CMainFrame {
   void OnDrawItem(const platform::DrawItem& item);
   void OnKickInvitationEvents();
   void OnCheckNetPilot();
-  void FlushUsageLog();
+  void OnFlushUsageLog();
 
   void OnTimer(std::uint64_t id);
   void OnNetPilotTimer();
@@ -135,14 +151,44 @@ class CMainFrame {
   void OnMaskCheckTimer();
   void OnPrinterCheckTimer();
 
+  void FindOrMakeRecord();
+  // False when there is no record to read.
+  bool ReadIconChoice(std::uint32_t& enabled);
+
+  enum class IconChange { Add, Modify };
+  // 1 when the icon shows that picture and the printer's name; without its number, none.
+  std::int32_t UpdateTrayIcon(std::uint32_t index, IconChange change);
+  bool SetIconTip();
   void OnTrayNotify(std::uint32_t mouseMessage);
   void OnIconUpdate();
+  // Whether what a click asks for is to be done: the printer is there, or can't be asked yet. If
+  // not, the agent is on its way out, and `logText` says by which click.
+  bool PassesLivenessGate(const char16_t* logText);
+
+  // Makes the menu anew, from the resource library as it is now. Where there is none, the menu of
+  // before stays and is the one that opens.
+  void RebuildExMenu();
+  // Takes menu 801 out of the library that is loaded. False without a first sub-menu.
+  bool LoadMenu();
+  void OpenMenu();
+  bool HoldsQuitKeys();
+  platform::HWND TopLevelOwner();
+  void LoadBmpDll();
+  void FreeResDll();
+
+  struct RunHelperWindow;  // which of the two windows, and what tells that it can't be opened
   void OpenStatusWindow();
   void OpenPreferencesWindow();
+  bool OpenByRunHelper(const RunHelperWindow& window);
+  bool IsInstallerActive();
+
+  void DropAutoStart();
+  void SayGoodbyeToInvitations();
+  std::u16string InvitationLibrary();
 };
 
 extern platform::ProcessWideValue<CMainFrame*> g_pMainFrame;
-// The module that strings load from.
+// The module that strings load from, while a resource library is loaded.
 extern platform::ProcessWideValue<platform::HMODULE> g_hResDll;
 
 // The window procedure of class kTrayWindowClass.

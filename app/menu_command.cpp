@@ -1,6 +1,7 @@
 // Commands of the context menu, and the messages by which the system has its entries measured and
 // drawn.
 #include "app/main_frame.h"
+#include "menu/menu_head.h"
 
 namespace vgl {
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Common/fixed_text.h"
+#include "Common/path_lookup.h"
 #include "Common/text_conversion.h"
 
 namespace vgl {
@@ -35,10 +36,23 @@ std::optional<ParamFile> ReadParamFile(const std::u16string& path) {
 
 void DeleteAfterUse(ParamFile file) {
   file.file.Reset();
-  FindData found;
-  const bool isThere =
-      static_cast<bool>(OwnedFind(Os().files.FindFirstFileW(file.path.c_str(), &found)));
-  if (isThere) Os().files.DeleteFileW(file.path.c_str());
+  DeleteIfThere(file.path);
+}
+
+void DeleteIfThere(const std::u16string& path) {
+  if (FileExists(path.c_str())) Os().files.DeleteFileW(path.c_str());
+}
+
+std::u16string NewTempFile(const char16_t* prefix) {
+  const std::uint32_t room = Os().files.GetTempPathW(0, nullptr);
+  if (room == 0) return {};
+  std::u16string folder(room, u'\0');
+  const std::uint32_t length = Os().files.GetTempPathW(room, folder.data());
+  if (length == 0 || length >= room) return {};
+  std::u16string path(length + MAX_PATH, u'\0');
+  if (Os().files.GetTempFileNameW(folder.c_str(), prefix, 0, path.data()) == 0) return {};
+  path.resize(path.find(u'\0'));
+  return path;
 }
 
 bool CanBeRead(const char16_t* path) {

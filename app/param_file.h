@@ -27,6 +27,11 @@ std::optional<ParamFile> ReadParamFile(const std::u16string& path);
 
 // Closes a file that was read and deletes it if it is still there.
 void DeleteAfterUse(ParamFile file);
+void DeleteIfThere(const std::u16string& path);
+
+// Makes an empty file of a new name in the temp folder. Its path, which has no bound; empty when
+// that fails.
+std::u16string NewTempFile(const char16_t* prefix);
 
 // Whether a file can be opened for reading; it is closed again.
 bool CanBeRead(const char16_t* path);

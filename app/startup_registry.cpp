@@ -1,7 +1,10 @@
 // The Run values by which Windows starts an agent at logon.
+#include <optional>
+
 #include "Common/REGISTRY.h"
 #include "Common/target_records.h"
 #include "Common/tray_log.h"
+#include "app/param_file.h"
 #include "app/tray_app.h"
 
 namespace vgl {
@@ -25,11 +28,24 @@ void DeleteValueHolding(CRegistry& run, std::u16string_view fileName) {
   }
 }
 
-// An agent's value is named either after its printer or after the printer's record.
-void DeleteValuesOfPrinter(CRegistry& run, const char16_t* printerName) {
-  run.DeleteValue(printerName);
+// The parameter file that an agent's command line names: what stands in quotes behind its "/F".
+std::optional<std::u16string_view> ParamFileOf(std::u16string_view commandLine) {
+  const auto npos = std::u16string_view::npos;
+  std::size_t option = commandLine.find(u"/F");
+  // Where that isn't, this can't be either; the suite looks all the same.
+  if (option == npos) option = commandLine.find(u"/FU");
+  if (option == npos) return std::nullopt;
+  const std::size_t open = commandLine.find(u'"', option);
+  if (open == npos) return std::nullopt;
+  const std::size_t close = commandLine.find(u'"', open + 1);
+  if (close == npos) return std::nullopt;
+  return commandLine.substr(open + 1, close - open - 1);
+}
+
+void DeleteValuesOf(CRegistry& run, const char16_t* name, bool isPort) {
+  run.DeleteValue(name);
   PathText record;
-  FindTargetKey(printerName, false, record);
+  FindTargetKey(name, isPort, record);
   const std::u16string valueName = RunValueNameOfRecord(record.view());
   if (!valueName.empty()) run.DeleteValue(valueName.c_str());
 }
@@ -41,9 +57,30 @@ void CTrayIconApp::DeleteStartupReg(const char16_t* printerName, const char16_t*
   CRegistry run(HKEY_CURRENT_USER, kRunKey, false, KEY_ALL_ACCESS);
   if (run.m_IsOpen == 0) return;
   if (*printerName != u'\0')
-    DeleteValuesOfPrinter(run, printerName);
+    DeleteValuesOf(run, printerName, false);
   else if (*fileName != u'\0')
     DeleteValueHolding(run, fileName);
+}
+
+void CTrayIconApp::DeleteRunValues(const char16_t* name, bool isPort) {
+  CRegistry run(HKEY_CURRENT_USER, kRunKey, false, KEY_ALL_ACCESS);
+  if (run.m_IsOpen != 0) DeleteValuesOf(run, name, isPort);
+}
+
+void CTrayIconApp::DelOldIconRegFile(const char16_t* name) {
+  TrayLogText(u"CTrayIconApp::DelOldIconRegFile");
+  TrayLogPair(u"SubKey", kRunKey);
+  TrayLogPair(u"Entry", name);
+  constexpr std::uint32_t kMostBytes = PathText::capacity() * sizeof(char16_t);
+  const CRegistry run(HKEY_CURRENT_USER, kRunKey, true, KEY_ALL_ACCESS);
+  if (run.m_IsOpen == 0) return;
+  const std::u16string commandLine = run.GetString(name, {}, kMostBytes);
+  TrayLogPair(u"csParam", commandLine.c_str());
+  const std::optional<std::u16string_view> named = ParamFileOf(commandLine);
+  if (!named) return;
+  const std::u16string path(*named);
+  TrayLogPair(u"Path", path.c_str());
+  DeleteIfThere(path);
 }
 
 }  // namespace vgl

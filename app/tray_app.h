@@ -36,7 +36,15 @@ class CTrayIconApp {
   // Removes the values of the user's Run key that would start this agent again: those named after
   // the printer and after its record; without a printer name, the first one whose text holds
   // `fileName`.
-  void DeleteStartupReg(const char16_t* printerName, const char16_t* fileName);
+  static void DeleteStartupReg(const char16_t* printerName, const char16_t* fileName);
+
+  // The same for a printer, or a port, that is gone: the values named after it and after its
+  // record.
+  static void DeleteRunValues(const char16_t* name, bool isPort);
+
+  // Deletes the parameter file that the Run value of that name keeps for each logon, if the value
+  // names one that is there.
+  static void DelOldIconRegFile(const char16_t* name);
 
  private:
   platform::Message m_msg;

@@ -1,4 +1,5 @@
 // The window procedure: which message has the agent do what.
+#include "Common/CVglLog.h"
 #include "Common/tray_log.h"
 #include "app/main_frame.h"
 
@@ -49,7 +50,7 @@ void CMainFrame::OnMessage(std::uint32_t message, WPARAM wParam, LPARAM lParam) 
       OnCheckNetPilot();
       break;
     case WM_VGL3_FLUSH_VGLLOG:
-      FlushUsageLog();
+      OnFlushUsageLog();
       break;
     default:
       break;
@@ -59,7 +60,7 @@ void CMainFrame::OnMessage(std::uint32_t message, WPARAM wParam, LPARAM lParam) 
 void CMainFrame::OnDestroy() {
   TrayLogText(u"WM_DESTROY");
   CheckUtyCall(1);
-  FlushUsageLog();
+  g_VglLog.get().WriteVglLogFile();
   DestroyWindow();
   Os().windowing.PostQuitMessage(0);
 }

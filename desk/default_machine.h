@@ -18,6 +18,12 @@ inline constexpr char16_t kPortName[] = u"USB001";
 inline constexpr char16_t kModelId[] = u"S7200";
 // Where the spooler keeps the files of drivers.
 inline constexpr char16_t kDriverFolder[] = u"C:\\Windows\\system32\\spool\\drivers\\x64\\3";
+inline constexpr char16_t kProfilePath[] =
+    u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\KS7200.INI";
+inline constexpr char16_t kResourceLibraryPath[] =
+    u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\K_S72EN.DLL";
+inline constexpr char16_t kRunHelperPath[] =
+    u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\K_QD21RX.EXE";
 // The printer's record, below HKEY_CURRENT_USER.
 inline constexpr char16_t kRecordPath[] =
     u"Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000000";
@@ -26,8 +32,13 @@ inline constexpr char16_t kRecordPath[] =
 // names.
 void SetUpSuite(sim::Machine& machine);
 
-// The suite and the printer, of whose driver set nothing but the registry library is there.
+// The suite and the printer, with a driver set that has all that the agent needs to stand there: no
+// menu entries of its own, no invitations, no NetPilot.
 void SetUpDefaultMachine(sim::Machine& machine);
+
+// One more printer of the same driver.
+void AddPrinterOfDefaultDriver(sim::Machine& machine, const std::u16string& name,
+                               const std::u16string& port);
 
 // Switches the tray log of agents on that start from now on.
 void EnableTrayLog(sim::Machine& machine);

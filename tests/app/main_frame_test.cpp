@@ -45,64 +45,10 @@ TEST_F(MainFrame, StartUpFillsTheFixedTexts) {
   EXPECT_EQ(frame->m_szMsgNoFile.view(), u"Could not find specified file.");
 }
 
-TEST_F(MainFrame, StartUpArmsTheMaskCheckAndTheFlushOfTheUsageLog) {
-  EXPECT_EQ(frame->StartUp(), 1);
-  EXPECT_EQ(PeriodOf(TMID_MASKCHECK), 3000U);
-  EXPECT_EQ(PeriodOf(TMID_FLUSHLOG), 900000U);
-  EXPECT_EQ(frame->m_uhMaskCheck, TMID_MASKCHECK);
-  EXPECT_EQ(frame->m_uhFlushLog, TMID_FLUSHLOG);
-  EXPECT_EQ(frame->m_uhPrinterCheck, 0U);
-  EXPECT_EQ(frame->m_uhNetPilot, 0U);
-  EXPECT_EQ(frame->m_uhInvitationMonitor, 0U);
-}
-
-TEST_F(MainFrame, StartUpArmsThePrinterCheckWhereTheProfileAsksForIt) {
-  machine.files().WriteFile(u"C:\\Driver\\model.dat", "[S7200]\r\nTrayIconEndTime=45000\r\n");
-  ASSERT_TRUE(frame->m_szDatPath.Assign(u"C:\\Driver\\model.dat"));
-  EXPECT_EQ(frame->StartUp(), 1);
-  EXPECT_EQ(frame->m_uEndTime, 45000U);
-  EXPECT_EQ(PeriodOf(TMID_PRINTERCHECK), 45000U);
-}
-
-TEST_F(MainFrame, StartUpArmsNoPrinterCheckWhereTheProfileSaysZero) {
-  machine.files().WriteFile(u"C:\\Driver\\model.dat", "[S7200]\r\nTrayIconEndTime=0\r\n");
-  ASSERT_TRUE(frame->m_szDatPath.Assign(u"C:\\Driver\\model.dat"));
-  EXPECT_EQ(frame->StartUp(), 1);
-  EXPECT_EQ(PeriodOf(TMID_PRINTERCHECK), 0U);
-}
-
-TEST_F(MainFrame, StartUpArmsNoPrinterCheckWhereTheProfileDoesntSpeakOfIt) {
-  machine.files().WriteFile(u"C:\\Driver\\model.dat", "[S7200]\r\nOther=1\r\n");
-  ASSERT_TRUE(frame->m_szDatPath.Assign(u"C:\\Driver\\model.dat"));
-  EXPECT_EQ(frame->StartUp(), 1);
-  EXPECT_EQ(PeriodOf(TMID_PRINTERCHECK), 0U);
-}
-
 TEST_F(MainFrame, StartUpThatIsToRemoveAnAgentEndsQuietlyWithoutATrace) {
   frame->m_fRemove = 1;
   EXPECT_EQ(frame->StartUp(), 0);
   EXPECT_TRUE(machine.desktop().TimersOf(frame->m_hWnd).empty());
-}
-
-TEST_F(MainFrame, ServerIsLoggedAndItsMaskCheckAndFlushAreArmed) {
-  for (const std::uint8_t productType : {std::uint8_t{2}, std::uint8_t{3}}) {
-    machine.files().Remove(desk::kTrayLogFile);
-    machine.system().version.productType = productType;
-    EXPECT_EQ(frame->StartUp(), 1);
-    EXPECT_TRUE(HasLogged("Server OS."));
-    EXPECT_EQ(PeriodOf(TMID_MASKCHECK), 3000U);
-    EXPECT_EQ(PeriodOf(TMID_FLUSHLOG), 900000U);
-    frame->DestroyWindow();
-  }
-}
-
-TEST_F(MainFrame, WorkstationAndASystemThatDoesntTellAreNoServer) {
-  frame->StartUp();
-  frame->DestroyWindow();
-  machine.system().version.productType = 3;
-  machine.system().versionIsKnown = false;
-  frame->StartUp();
-  EXPECT_FALSE(HasLogged("Server OS."));
 }
 
 TEST_F(MainFrame, DestroyWindowStopsItsTimersAndLeavesTheOtherTwoToTheWindow) {
@@ -118,6 +64,39 @@ TEST_F(MainFrame, DestroyWindowStopsItsTimersAndLeavesTheOtherTwoToTheWindow) {
   EXPECT_EQ(PeriodOf(TMID_NETPILOT), 60000U);
   EXPECT_EQ(PeriodOf(TMID_CLICK), 60000U);
   EXPECT_TRUE(WindowStands());
+}
+
+TEST_F(MainFrame, DestroyWindowTakesItsStepsInOrder) {
+  ASSERT_EQ(frame->StartUp(), 1);
+  for (const std::uint64_t id : {TMID_PRINTERCHECK, TMID_INVITATION})
+    Os().windowing.SetTimer(frame->m_hWnd, id, 60000);
+  std::vector<std::string> steps;
+  const auto note = [&](const char* step) {
+    // What can be seen is gone at the first step that comes behind it.
+    if (frame->m_hMapFile == HANDLE{} && steps.size() == 1) steps.push_back("map left");
+    if (frame->m_hMenu == HMENU{} && steps.size() == 3) steps.push_back("menu destroyed");
+    steps.push_back(step);
+  };
+  machine.Observe([&](const sim::Event& event) {
+    if (event.text == u"killed timer TMID_MASKCHECK") note("mask check");
+    if (event.text == u"icon deleted") note("icon");
+    if (event.text == u"killed timer TMID_PRINTERCHECK") note("printer check");
+    if (event.text == u"killed timer TMID_INVITATION") note("invitations");
+    if (event.text == u"killed timer TMID_FLUSHLOG") note("flush");
+  });
+  machine.files().OnAppend([&](std::uint32_t, const std::u16string&, std::string_view line) {
+    if (line.find("ChkDelPrn : start") != std::string_view::npos) note("printer looked for");
+  });
+  frame->DestroyWindow();
+  machine.Observe(nullptr);
+  EXPECT_EQ(steps, (std::vector<std::string>{"mask check", "map left", "icon", "menu destroyed",
+                                             "printer check", "invitations", "printer looked for",
+                                             "flush"}));
+}
+
+TEST_F(MainFrame, DestroyWindowOfAFrameThatNeverStartedHasNothingToTakeAway) {
+  EXPECT_EQ(frame->DestroyWindow(), 0);
+  EXPECT_EQ(inside.process().Ledger(), std::vector<std::u16string>{u"window TrayIconWClass"});
 }
 
 TEST_F(MainFrame, DestroyWindowAsksForThePrinterBeforeItStopsTheFlushOfTheUsageLog) {
@@ -201,6 +180,14 @@ TEST_F(ReadingOrder, AnArabicLetterInTheCaptionTurnsTheBoxRound) {
 }
 
 TEST_F(ReadingOrder, EmptyTextsGetAPlainBox) { EXPECT_EQ(StyleOf(u"", u""), 0U); }
+
+TEST_F(ReadingOrder, ANullTextOrCaptionCountsAsEmpty) {
+  EXPECT_EQ(StyleOf(nullptr, nullptr), 0U);
+  EXPECT_EQ(StyleOf(nullptr, u"KAVRO Vigil 3"), 0U);
+  EXPECT_EQ(StyleOf(u"abc", nullptr), 0U);
+  EXPECT_EQ(StyleOf(nullptr, u"\u0627"), 0x180000U);
+  EXPECT_EQ(StyleOf(u"\u05D0", nullptr), 0x180000U);
+}
 
 TEST_F(ReadingOrder, ASystemThatDoesntTellCharacterTypesGetsAPlainBox) {
   inside.process().FailNext("GetStringTypeExW", ERROR_INVALID_PARAMETER);

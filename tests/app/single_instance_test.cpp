@@ -274,8 +274,7 @@ TEST(SingleInstance, ARemovingStartWithoutAnAgentLeavesNoTrace) {
 TEST(SingleInstance, TheSectionGoesWithTheLastAgent) {
   SimDesk desk;
   const SimAgent first = desk.StartedAgent();
-  const SimAgent other =
-      desk.StartedAgent(u"/P \"Other\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\"");
+  const SimAgent other = desk.StartedAgent(desk.AddPrinter(u"Other"));
   first.Close();
   EXPECT_TRUE(desk.machine.objects().Exists(kMap));
   other.Close();

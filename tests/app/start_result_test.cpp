@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "Common/text_conversion.h"
+#include "Common/tray_log.h"
 #include "app/tray_app.h"
 #include "tests/support/frame_fixture.h"
+#include "tests/support/operations_of.h"
 
 namespace vgl {
 namespace {
@@ -30,6 +32,12 @@ TEST_F(StartResult, OneHidesTheWindowAndRuns) {
   EXPECT_TRUE(app.ActOnStartUp(1, cmdInfo));
   EXPECT_FALSE(machine.desktop().Find(frame->m_hWnd)->visible);
   EXPECT_FALSE(HasLogged("CMainFrame::DestroyWindow"));
+}
+
+TEST_F(StartResult, OneHidesTheWindowAndThenBringsItUpToDate) {
+  g_bTrayLogEnabled = 0;
+  EXPECT_EQ(OperationsOf(inside.process(), [this] { app.ActOnStartUp(1, cmdInfo); }),
+            (std::vector<std::string>{"ShowWindow", "UpdateWindow"}));
 }
 
 TEST_F(StartResult, ZeroEndsByTheFramesOrderlyEndAndKeepsTheAutoStart) {
@@ -68,12 +76,12 @@ class InsideStart : public testing::Test {
 };
 
 TEST_F(InsideStart, IdentityAndFlagsReachTheFrame) {
-  ASSERT_TRUE(app.InitInstance(u"/P \"p\" /D \"KAVRO Studio 7200\" /O \"o\" /M \"m\" /I"));
+  ASSERT_TRUE(app.InitInstance((desk::OptionsOfDefaultPrinter() + u" /I").c_str()));
   const CMainFrame& frame = *g_pMainFrame;
-  EXPECT_EQ(frame.m_szPrinterName.view(), u"p");
+  EXPECT_EQ(frame.m_szPrinterName.view(), u"Studio 7200");
   EXPECT_EQ(frame.m_szDriverName.view(), u"KAVRO Studio 7200");
-  EXPECT_EQ(frame.m_szPortName.view(), u"o");
-  EXPECT_EQ(frame.m_szModelID.view(), u"m");
+  EXPECT_EQ(frame.m_szPortName.view(), u"USB001");
+  EXPECT_EQ(frame.m_szModelID.view(), u"S7200");
   EXPECT_EQ(frame.m_fIconInstall, 1);
   EXPECT_EQ(frame.m_fRemove, 0);
   EXPECT_NE(frame.m_hWnd, HWND{});
@@ -102,6 +110,22 @@ TEST_F(StartResult, MinusOneDropsTheAutoStartTheParameterFileAndTheIcon) {
   EXPECT_FALSE(machine.files().Exists(file));
   EXPECT_EQ(machine.registry().Dword(kUser, desk::kRecordPath, u"TrayIconEnable"), 0U);
   EXPECT_TRUE(HasLogged("CMainFrame::DestroyWindow"));
+}
+
+TEST_F(StartResult, MinusOneDropsTheAutoStartThenTheFileThenTheIconAndThenEndsTheFrame) {
+  SetRunValue(desk::kPrinterName, u"agent");
+  machine.files().WriteFile(machine.system().tempFolder + u"K_Q0001.tmp", "x");
+  cmdInfo.m_szFileName = u"K_Q0001.tmp";
+  Os().windowing.SetTimer(frame->m_hWnd, TMID_MASKCHECK, 3000);
+  g_bTrayLogEnabled = 0;
+  const std::size_t before = machine.trace().size();
+  EXPECT_FALSE(app.ActOnStartUp(-1, cmdInfo));
+  // What each of the four does first, of what is seen from outside.
+  const char16_t* const deeds[] = {u"deleted value ", u"deleted file ", u"set ",
+                                   u"killed timer TMID_MASKCHECK"};
+  ASSERT_EQ(machine.trace().size(), before + std::size(deeds));
+  for (std::size_t i = 0; i < std::size(deeds); ++i)
+    EXPECT_TRUE(machine.trace()[before + i].text.starts_with(deeds[i])) << i;
 }
 
 TEST_F(StartResult, RunValueNamedAfterThePrinterGoes) {

@@ -1,3 +1,4 @@
+#include "menu/menu_head.h"
 #include "tests/support/frame_fixture.h"
 
 namespace vgl {
@@ -15,6 +16,8 @@ std::vector<std::uint32_t> PostedNumbers(const std::vector<Message>& messages) {
 
 class Timers : public FrameTest {
  protected:
+  // A click that comes through has no menu to open, which would wait for a choice.
+  Timers() { machine.files().Remove(desk::kResourceLibraryPath); }
   std::uint64_t Arm(std::uint64_t id, std::uint32_t milliseconds) {
     return Os().windowing.SetTimer(frame->m_hWnd, id, milliseconds);
   }
@@ -223,7 +226,8 @@ TEST_F(Timers, ATimerThatCantBeReArmedEndsItsWork) {
 }
 
 TEST_F(Timers, GoOnWhileAMessageBoxIsOpen) {
-  frame->StartUp();
+  machine.files().Remove(desk::kRunHelperPath);
+  frame->m_uhMaskCheck = Arm(TMID_MASKCHECK, 3000);
   // A second pair of hands closes the box after ten seconds.
   machine.StartProcess(u"C:\\person.exe", u"", [](const char16_t*) {
     Os().process.Sleep(10000);

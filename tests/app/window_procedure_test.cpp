@@ -1,20 +1,33 @@
-#include <algorithm>
+#include <functional>
+#include <optional>
+#include <span>
 
+#include "Common/CVglLog.h"
+#include "Common/text_conversion.h"
 #include "Common/tray_log.h"
+#include "desk/printer_library.h"
+#include "desk/usage_log_file.h"
+#include "desk/usage_log_library.h"
+#include "menu/menu_head.h"
 #include "tests/support/frame_fixture.h"
 
 namespace vgl {
 namespace {
 
 using namespace platform;
+using namespace std::string_literals;
 
 class WindowProcedure : public FrameTest {
  protected:
-  // How many message boxes have been shown so far.
-  std::ptrdiff_t BoxesShown() {
-    return std::count_if(machine.trace().begin(), machine.trace().end(), [](const auto& event) {
-      return event.text.starts_with(u"message box \"");
-    });
+  const std::vector<sim::Programs::Start>& Starts() { return machine.programs().Starts(); }
+  // What stands in the parameter file of the only program that was started.
+  std::u16string ParamFileOfTheStart() {
+    constexpr std::u16string_view kOption = u"/FU \"";
+    EXPECT_EQ(Starts().size(), 1U);
+    std::u16string path = Starts().at(0).arguments.substr(kOption.size());
+    path.pop_back();
+    const std::string bytes = machine.files().ReadFile(path).value_or("");
+    return TextFromUtf16Le(std::as_bytes(std::span(bytes)));
   }
 };
 
@@ -49,7 +62,8 @@ TEST_F(WindowProcedure, DestroyWaitsForARunningUtilityWithTheFrameStillWhole) {
   bool wholeWhileWaiting = false;
   machine.StartProcess(u"C:\\onlooker.exe", u"", [&](const char16_t*) {
     Os().process.Sleep(600);
-    wholeWhileWaiting = WindowStands() && PeriodOf(TMID_MASKCHECK) == 3000;
+    wholeWhileWaiting = WindowStands() && PeriodOf(TMID_MASKCHECK) == 3000 &&
+                        machine.tray().FindOf(inside.process()) != nullptr;
     return 0U;
   });
   const std::uint64_t start = machine.now();
@@ -59,36 +73,22 @@ TEST_F(WindowProcedure, DestroyWaitsForARunningUtilityWithTheFrameStillWhole) {
   EXPECT_FALSE(WindowStands());
 }
 
-TEST_F(WindowProcedure, CommandOfTheStatusEntryShowsThatNoStatusWindowCanBeOpened) {
+TEST_F(WindowProcedure, CommandOfTheStatusEntryStartsTheRunHelper) {
   frame->StartUp();
-  machine.desktop().AnswerBoxesAtOnce();
   Send(WM_COMMAND, IDM_STATUS);
-  const auto shown = [](const sim::Event& event) {
-    return event.text ==
-           u"message box \"KAVRO Vigil 3\": \r\nUnable to open Printer Status window for this "
-           u"printer.";
-  };
-  EXPECT_EQ(std::count_if(machine.trace().begin(), machine.trace().end(), shown), 1);
+  EXPECT_EQ(ParamFileOfTheStart(), u"/P11 \"Studio 7200\"\n/O6 \"USB001\"\n/M5 \"S7200\"\n\0"s);
 }
 
-TEST_F(WindowProcedure, CommandOfThePreferencesEntryShowsThatNoPreferencesWindowCanBeOpened) {
+TEST_F(WindowProcedure, CommandOfThePreferencesEntryStartsTheRunHelperWithE) {
   frame->StartUp();
-  machine.desktop().AnswerBoxesAtOnce();
   Send(WM_COMMAND, IDM_SET_ENV);
-  const auto shown = [](const sim::Event& event) {
-    return event.text ==
-           u"message box \"KAVRO Vigil 3\": \r\nUnable to open Monitoring Preferences window for "
-           u"this printer.";
-  };
-  EXPECT_EQ(std::count_if(machine.trace().begin(), machine.trace().end(), shown), 1);
+  EXPECT_EQ(ParamFileOfTheStart(), u"/P11 \"Studio 7200\"\n/O6 \"USB001\"\n/M5 \"S7200\"\n/E\0"s);
 }
 
 TEST_F(WindowProcedure, OnlyTheLowWordOfACommandIsItsId) {
   frame->StartUp();
-  machine.desktop().AnswerBoxesAtOnce();
-  const std::size_t before = machine.trace().size();
   Send(WM_COMMAND, 0x10000 | IDM_STATUS);
-  EXPECT_GT(machine.trace().size(), before);
+  EXPECT_EQ(Starts().size(), 1U);
 }
 
 TEST_F(WindowProcedure, CommandWithoutDriverValueDoesNothing) {
@@ -98,47 +98,75 @@ TEST_F(WindowProcedure, CommandWithoutDriverValueDoesNothing) {
   EXPECT_EQ(machine.trace().size(), before);
 }
 
-TEST_F(WindowProcedure, UpdateIconReadsTheRecordAnewWhateverItsArguments) {
-  const HKEY hive = HKEY_CURRENT_USER;
-  machine.registry().SetDword(hive, desk::kRecordPath, u"TrayIconSelected", 2);
-  Send(WM_VGL3_UPDATE_ICON, 0, 0);
-  EXPECT_EQ(frame->m_nIconSelected, 2U);
-
-  machine.registry().SetDword(hive, desk::kRecordPath, u"TrayIconSelected", 1);
-  Send(WM_VGL3_UPDATE_ICON, 77, -5);
-  EXPECT_EQ(frame->m_nIconSelected, 1U);
-}
-
-TEST_F(WindowProcedure, UpdateIconReadsARecordThatMayOnlyBeRead) {
-  machine.registry().SetDword(HKEY_CURRENT_USER, desk::kRecordPath, u"TrayIconSelected", 2);
-  machine.registry().Deny(HKEY_CURRENT_USER, desk::kRecordPath, false);
-  Send(WM_VGL3_UPDATE_ICON);
-  EXPECT_EQ(frame->m_nIconSelected, 2U);
-}
-
-TEST_F(WindowProcedure, UpdateIconWithoutARecordChangesNothing) {
-  frame->m_nIconSelected = 1;
-  machine.registry().RemoveKey(HKEY_CURRENT_USER, desk::kRecordPath);
-  Send(WM_VGL3_UPDATE_ICON);
-  EXPECT_EQ(frame->m_nIconSelected, 1U);
-}
-
-TEST_F(WindowProcedure, UpdateIconWithAValueOfEightBytesChangesNothing) {
-  frame->m_nIconSelected = 1;
-  machine.registry().SetBytes(HKEY_CURRENT_USER, desk::kRecordPath, u"TrayIconSelected", REG_BINARY,
-                              std::string(8, '\2'));
-  Send(WM_VGL3_UPDATE_ICON);
-  EXPECT_EQ(frame->m_nIconSelected, 1U);
-}
-
+// They go through to the default's handling, which is the one call, and nothing happens.
 TEST_F(WindowProcedure, PostedWorkMessagesAreTakenWithoutEffectWhenNothingIsDue) {
   frame->StartUp();
-  const std::vector<sim::Timer> timers = machine.desktop().TimersOf(frame->m_hWnd);
-  for (const std::uint32_t message :
-       {WM_VGL3_KICK_INVITATION, WM_VGL3_CHECK_NETPILOT, WM_VGL3_FLUSH_VGLLOG})
-    Send(message);
-  EXPECT_EQ(machine.desktop().TimersOf(frame->m_hWnd).size(), timers.size());
-  EXPECT_TRUE(WindowStands());
+  for (const std::uint32_t message : {WM_VGL3_KICK_INVITATION, WM_VGL3_CHECK_NETPILOT}) {
+    const std::size_t events = machine.trace().size();
+    const std::uint64_t calls = inside.process().calls();
+    TrayWindowProc(frame->m_hWnd, message, 0, 0);
+    EXPECT_EQ(inside.process().calls() - calls, 1U) << message;
+    EXPECT_EQ(machine.trace().size(), events) << message;
+  }
+}
+
+TEST_F(WindowProcedure, AFlushHandsTheCountsOverAndTheNextCountStartsAfresh) {
+  frame->StartUp();
+  CVglLog& log = g_VglLog.get();
+  ASSERT_NE(log.m_pnLogData, nullptr);
+  Send(WM_VGL3_FLUSH_VGLLOG, 5, -5);
+  EXPECT_FALSE(desk::UsageLogLibraryOf(machine).calls.empty());
+  EXPECT_EQ(log.m_pnLogData, nullptr);
+  EXPECT_EQ(log.m_pnReadData, nullptr);
+  EXPECT_EQ(log.m_pszVersion, nullptr);
+  EXPECT_EQ(log.m_csPrinterName, u"");
+  EXPECT_EQ(log.m_csSerialID, u"");
+  Send(WM_COMMAND, IDM_SET_ENV);
+  ASSERT_NE(log.m_pnLogData, nullptr);
+  EXPECT_EQ(log.m_pnLogData[1], 0U);
+  EXPECT_EQ(log.m_pnLogData[3], 1U);
+}
+
+// What couldn't be written is given up, so that the next record starts afresh all the same.
+class FailedFlush : public WindowProcedure {
+ protected:
+  // A count, a write that fails, and a count behind it.
+  void ExpectAFreshStartAfter(const std::function<void()>& failure) {
+    frame->StartUp();
+    failure();
+    Send(WM_VGL3_FLUSH_VGLLOG);
+    for (const std::u16string& file : machine.files().List())
+      EXPECT_EQ(file.find(u"VGL_TrayIcon"), std::u16string::npos);
+    const CVglLog& log = g_VglLog.get();
+    EXPECT_EQ(log.m_pnLogData, nullptr);
+    EXPECT_EQ(log.m_pnReadData, nullptr);
+    EXPECT_EQ(log.m_pszVersion, nullptr);
+    EXPECT_EQ(log.m_csPrinterName, u"");
+    Send(WM_COMMAND, IDM_SET_ENV);
+    ASSERT_NE(log.m_pnLogData, nullptr);
+    EXPECT_EQ(log.m_pnLogData[1], 0U);
+    EXPECT_EQ(log.m_pnLogData[3], 1U);
+  }
+};
+
+TEST_F(FailedFlush, ForASerialNumberWithASmallLetterClearsTheLog) {
+  ExpectAFreshStartAfter([this] { desk::PrinterLibraryOf(machine).serial = "K7200a0001"; });
+}
+
+TEST_F(FailedFlush, ForASerialNumberThatDoesntComeClearsTheLog) {
+  ExpectAFreshStartAfter([this] { desk::PrinterLibraryOf(machine).printerAnswers = false; });
+}
+
+// The counts go before the frame does.
+TEST_F(WindowProcedure, DestroyHandsTheCountsOver) {
+  frame->StartUp();
+  Send(WM_COMMAND, IDM_STATUS);
+  Send(WM_CLOSE);
+  const std::optional<std::string> file =
+      machine.files().ReadFile(u"C:\\ProgramData\\KAVRO\\VGL3\\LOG\\VGL_TrayIcon_K7200A0001.xml");
+  ASSERT_TRUE(file.has_value());
+  EXPECT_EQ(desk::ParseUsageLog(*file).value().counters,
+            (std::vector<std::uint32_t>{0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST_F(WindowProcedure, MessagesBeforeTheFrameExistsGetTheDefaultHandling) {
@@ -175,29 +203,17 @@ TEST_F(WindowProcedure, EveryMessageHasTheDefaultsResult) {
   EXPECT_EQ(TrayWindowProc(frame->m_hWnd, WM_NCCREATE, 0, 0), 1);
   for (const std::uint32_t message :
        {WM_COMMAND, WM_TIMER, WM_VGL3_TRAYICON, WM_VGL3_UPDATE_ICON, WM_VGL3_KICK_INVITATION,
-        WM_VGL3_CHECK_NETPILOT, WM_VGL3_FLUSH_VGLLOG, WM_USER + 1, WM_DESTROY}) {
+        WM_VGL3_CHECK_NETPILOT, WM_VGL3_FLUSH_VGLLOG, WM_MEASUREITEM, WM_DRAWITEM, WM_USER + 1,
+        WM_DESTROY}) {
     const std::uint64_t defaults = machine.desktop().defaultHandlings();
     EXPECT_EQ(TrayWindowProc(frame->m_hWnd, message, 0, 0), 0) << message;
     EXPECT_EQ(machine.desktop().defaultHandlings(), defaults + 1) << message;
   }
-}
-
-TEST_F(WindowProcedure, LeftButtonDownArmsTheClickTimerWithTheDoubleClickTime) {
-  machine.system().doubleClickTime = 350;
-  Send(WM_VGL3_TRAYICON, 0, WM_LBUTTONDOWN);
-  EXPECT_EQ(frame->m_uhClick, TMID_CLICK);
-  EXPECT_EQ(PeriodOf(TMID_CLICK), 350U);
-}
-
-TEST_F(WindowProcedure, DoubleClickStopsTheClickTimerAndOpensTheStatusWindow) {
-  frame->StartUp();
-  machine.desktop().AnswerBoxesAtOnce();
-  Send(WM_VGL3_TRAYICON, 0, WM_LBUTTONDOWN);
-  const std::ptrdiff_t before = BoxesShown();
-  Send(WM_VGL3_TRAYICON, 0, WM_LBUTTONDBLCLK);
-  EXPECT_EQ(frame->m_uhClick, 0U);
-  EXPECT_EQ(PeriodOf(TMID_CLICK), 0U);
-  EXPECT_EQ(BoxesShown(), before + 1);
+  // The default's handling of it sends WM_DESTROY and WM_NCDESTROY, which have theirs.
+  const std::uint64_t defaults = machine.desktop().defaultHandlings();
+  EXPECT_EQ(TrayWindowProc(frame->m_hWnd, WM_CLOSE, 0, 0), 0);
+  EXPECT_EQ(machine.desktop().defaultHandlings(), defaults + 3);
+  EXPECT_FALSE(WindowStands());
 }
 
 }  // namespace
