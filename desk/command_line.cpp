@@ -9,6 +9,7 @@
 
 #include "desk/describe.h"
 #include "desk/player.h"
+#include "desk/soak.h"
 #include "desk/whole_file.h"
 
 namespace desk {
@@ -18,7 +19,7 @@ namespace {
 constexpr char kRunFooter[] =
     R"(SAMPLE is a folder (told by a slash in it) or the name of one below samples/ in the current
 folder. Its machine is taken in place of the one that the script names; without both there is a
-machine with the printer "Studio 7200", of whose driver set only the registry library is there.
+machine with the printer "Studio 7200" and the smallest driver set that an agent stands up with.
 Without a script one agent runs for ten seconds (--for) and is closed by WM_CLOSE. Its command line
 stands behind "--", or is the sample's own:
   vgldesk run studio-7200
@@ -32,7 +33,15 @@ constexpr char kDescribeFooter[] =
 folder.
 Exit code: 0; 1 when something wasn't found; 2 for a mistake in the command line or in the sample.)";
 
-constexpr char kFooter[] = "\"vgldesk run --help\" and \"vgldesk describe --help\" tell the rest.";
+constexpr char kSoakFooter[] =
+    R"(Printers come and go, installers are at work, icons are clicked, calls fail, all at random from
+the seed; what has to hold all the time is looked at all the time.
+Exit code: 0; 1 when something didn't hold, with its time and the seed, which leads there again; 2 for a
+mistake in the command line.)";
+
+constexpr char kFooter[] =
+    "\"vgldesk run --help\", \"vgldesk describe --help\" and \"vgldesk soak --help\" tell the "
+    "rest.";
 
 std::string SessionOf(const std::string& commandLine, std::uint64_t milliseconds) {
   return "start " + commandLine + "\nwait " + std::to_string(milliseconds) +
@@ -111,6 +120,22 @@ CLI::App* AddDescribe(CLI::App& app, std::string& sample) {
   return describe;
 }
 
+CLI::App* AddSoak(CLI::App& app, SoakOptions& options) {
+  CLI::App* soak =
+      app.add_subcommand("soak", "Runs many agents on one machine for a long virtual time.");
+  soak->footer(kSoakFooter);
+  constexpr std::uint64_t kMostHours = 24 * 365;
+  soak->add_option("--hours", options.hours, "of virtual time")
+      ->check(CLI::Range(std::uint64_t{1}, kMostHours))
+      ->capture_default_str();
+  constexpr int kMostPrinters = 400;  // the instance map has 500 slots
+  soak->add_option("--printers", options.printers, "each with its agent while it is there")
+      ->check(CLI::Range(1, kMostPrinters))
+      ->capture_default_str();
+  soak->add_option("--seed", options.seed, "from which everything follows")->capture_default_str();
+  return soak;
+}
+
 }  // namespace
 
 std::string AgentCommandLine(const std::vector<std::string>& words) {
@@ -131,10 +156,10 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   const std::vector<std::string> own(words.begin(), separator);
 
   const std::string verb = own.empty() ? "" : own.front();
-  if (verb != "run" && verb != "describe" && !verb.starts_with('-')) {
+  if (verb != "run" && verb != "describe" && verb != "soak" && !verb.starts_with('-')) {
     err << "vgldesk: \"" << verb
-        << "\" is no command; the commands are run and describe, as in: vgldesk run --script "
-           "FILE\n";
+        << "\" is no command; the commands are run, describe and soak, as in: vgldesk run "
+           "--script FILE\n";
     return kUsageError;
   }
   CLI::App app{"The tray agent of KAVRO Vigil 3 on a simulated machine.", "vgldesk"};
@@ -144,6 +169,8 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   std::string described;
   AddRun(app, given);
   const CLI::App* describe = AddDescribe(app, described);
+  SoakOptions soakOptions;
+  const CLI::App* soak = AddSoak(app, soakOptions);
   try {
     std::vector<std::string> reversed(own.rbegin(), own.rend());
     app.parse(std::move(reversed));
@@ -151,12 +178,12 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
     return app.exit(mistake, out, err) == 0 ? 0 : kUsageError;
   }
   if (separator != words.end()) given.agent = AgentCommandLine({separator + 1, words.end()});
-  if (!describe->parsed()) return RunSession(given, in, out, err);
+  if (!describe->parsed() && !soak->parsed()) return RunSession(given, in, out, err);
   if (given.agent) {
-    err << "vgldesk describe: starts no agent; there is no command line to give behind --\n";
+    err << "vgldesk " << verb << ": there is no agent's command line to give behind --\n";
     return kUsageError;
   }
-  return Describe(described, out, err);
+  return soak->parsed() ? Soak(soakOptions, out, err) : Describe(described, out, err);
 }
 
 }  // namespace desk

@@ -1,24 +1,31 @@
 #include "desk/player.h"
 
-#include <algorithm>
-#include <iomanip>
 #include <ostream>
 #include <vector>
 
 #include "Common/text_conversion.h"
 #include "app/agent_messages.h"
+#include "desk/deeds.h"
 #include "desk/default_machine.h"
+#include "desk/event_printer.h"
 #include "desk/map_reader.h"
 #include "desk/sample.h"
+#include "desk/suite_reader.h"
 
 namespace desk {
 
 namespace {
 
+constexpr char16_t kReaderPath[] = u"C:\\Program Files\\KAVRO\\VGL3\\session_reader.exe";
+
 class Player {
  public:
   Player(const PlayOptions& options, std::ostream& out, std::ostream& err)
-      : m_options(options), m_out(out), m_err(err), m_machine(options.seed) {}
+      : m_options(options),
+        m_err(err),
+        m_machine(options.seed),
+        m_deeds(m_machine),
+        m_printer(m_machine, options.showTrayLog, out) {}
 
   int Play(const Script& script) {
     std::string error;
@@ -41,124 +48,167 @@ class Player {
       if (HasBareStart(script) && !ReadSampleOptions(SampleFolder(sample), m_sampleOptions, error))
         return false;
     }
-    if (m_options.showTrayLog) {
-      EnableTrayLog(m_machine);
-      m_machine.files().OnAppend(
-          [this](std::uint32_t processId, const std::u16string& path, std::string_view bytes) {
-            if (path == kTrayLogFile) ShowLogLines(processId, bytes);
-          });
-    }
-    m_machine.Observe([this](const sim::Event& event) { ShowEvent(event); });
+    if (m_options.showTrayLog) EnableTrayLog(m_machine);
     return true;
-  }
-
-  // An event is one line, whatever line ends its text has.
-  static std::string OnOneLine(const std::string& text) {
-    std::string line;
-    for (const char c : text) {
-      if (c == '\r')
-        line += "\\r";
-      else if (c == '\n')
-        line += "\\n";
-      else
-        line += c;
-    }
-    return line;
-  }
-
-  void Line(std::uint32_t processId, const std::string& text) {
-    m_out << std::setw(9) << m_machine.now() / 1000 << '.' << std::setfill('0') << std::setw(3)
-          << m_machine.now() % 1000 << std::setfill(' ') << "  " << std::left << std::setw(8)
-          << NameOf(processId) << std::right << "  " << OnOneLine(text) << '\n';
-  }
-
-  std::string NameOf(std::uint32_t processId) const {
-    for (std::size_t i = 0; i < m_agents.size(); ++i)
-      if (m_agents[i]->id() == processId) return "agent " + std::to_string(i + 1);
-    return "script";
-  }
-
-  void ShowEvent(const sim::Event& event) {
-    // With the log shown, its lines stand for the writing of them.
-    if (m_options.showTrayLog && event.text.ends_with(kTrayLogFile)) return;
-    Line(event.processId, vgl::Utf8FromText(event.text));
-  }
-
-  void ShowLogLines(std::uint32_t processId, std::string_view bytes) {
-    std::string text(bytes);
-    std::erase(text, '\r');
-    for (std::size_t start = 0; start < text.size();) {
-      const std::size_t end = std::min(text.find('\n', start), text.size());
-      Line(processId, "log| " + text.substr(start, end - start));
-      start = end + 1;
-    }
   }
 
   sim::Process& AgentOf(const Command& command) {
     return *(command.agent == 0 ? m_agents.back()
                                 : m_agents[static_cast<std::size_t>(command.agent) - 1]);
   }
+  std::string NameOf(const Command& command) { return m_printer.NameOf(AgentOf(command).id()); }
 
   bool Fail(const Command& command, const std::string& what) {
     m_err << "vgldesk: line " << command.line << ": " << what << '\n';
     return false;
   }
 
+  // Something was done, or `mistake` tells why not.
+  bool Done(const Command& command, const std::string& mistake, const std::string& what) {
+    if (!mistake.empty()) return Fail(command, mistake);
+    m_printer.Line(0, what);
+    m_machine.Settle();
+    return true;
+  }
+  // The same for what was done to an agent.
+  bool DoneTo(const Command& command, const std::string& mistake, const std::string& what) {
+    const std::string name = NameOf(command);
+    return Done(command, mistake.empty() ? "" : name + " " + mistake, what + " " + name);
+  }
+
   bool Do(const Command& command) {
+    using Kind = Command::Kind;
     switch (command.kind) {
-      case Command::Kind::Param:
+      case Kind::Param:
         m_machine.files().WriteUtf16(
             m_machine.system().tempFolder + vgl::TextFromUtf8(command.text),
             vgl::TextFromUtf8(command.content));
-        Line(0, "wrote parameter file " + command.text);
-        return true;
-      case Command::Kind::Start:
+        return Done(command, "", "wrote parameter file " + command.text);
+      case Kind::Start:
         m_agents.push_back(&StartAgent(
             m_machine, vgl::TextFromUtf8(command.text.empty() ? m_sampleOptions : command.text)));
+        m_printer.AddAgent(*m_agents.back());
         m_machine.Settle();
         return true;
-      case Command::Kind::Wait:
+      case Kind::Wait:
         m_machine.RunFor(command.milliseconds);
         return true;
-      case Command::Kind::Post:
+      case Kind::Post:
         return Post(command);
-      case Command::Kind::Kill:
-        Line(0, "kills " + NameOf(AgentOf(command).id()));
+      case Kind::Kill:
+        m_printer.Line(0, "kills " + NameOf(command));
         m_machine.EndProcess(AgentOf(command));
         return true;
-      case Command::Kind::AwaitEnd:
+      case Kind::AwaitEnd:
         if (m_machine.RunUntilEnded(AgentOf(command), command.milliseconds)) return true;
-        return Fail(command, NameOf(AgentOf(command).id()) + " still runs");
-      case Command::Kind::Map:
-        for (const std::string& line : MapsOf(m_machine)) Line(0, "map| " + line);
+        return Fail(command, NameOf(command) + " still runs");
+      case Kind::Map:
+        return Show("map| ", Inside([&] {
+                      return ReadMaps(
+                          [this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
+                    }));
+      case Kind::Show:
+        return Show("show| ", Inside(ReadSuite));
+      case Kind::Picture:
+        m_printer.Line(0, "picture " + command.text + " (taken under Wine only)");
         return true;
+      default:
+        return DoAsPerson(command);
     }
-    return false;
   }
 
-  // As another program of the suite sees them.
-  std::vector<std::string> MapsOf(sim::Machine& machine) {
-    const sim::Inside reader(machine, u"C:\\Program Files\\KAVRO\\VGL3\\map_reader.exe");
-    return ReadMaps([this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
+  bool DoAsPerson(const Command& command) {
+    using Kind = Command::Kind;
+    switch (command.kind) {
+      case Kind::Click:
+      case Kind::DoubleClick:
+      case Kind::RightClick:
+        return DoneTo(command, m_deeds.UseMouse(AgentOf(command), command.kind),
+                      (command.kind == Kind::Click         ? "clicks the icon of"
+                       : command.kind == Kind::DoubleClick ? "double-clicks the icon of"
+                                                           : "right-clicks the icon of"));
+      case Kind::Choose:
+        return DoneTo(command, m_deeds.Choose(AgentOf(command), command.number),
+                      "chooses " + std::to_string(command.number) + " in the menu of");
+      case Kind::Dismiss:
+        return DoneTo(command, m_deeds.Dismiss(AgentOf(command)), "dismisses the menu of");
+      case Kind::Answer:
+        return DoneTo(command, m_deeds.Answer(AgentOf(command)), "answers the message box of");
+      case Kind::Hold:
+        m_deeds.Hold(command.keys);
+        return Done(command, "", "holds keys down");
+      case Kind::Release:
+        m_deeds.Release();
+        return Done(command, "", "releases the keys");
+      default:
+        return DoAsProgram(command);
+    }
+  }
+
+  bool DoAsProgram(const Command& command) {
+    using Kind = Command::Kind;
+    const std::u16string text = vgl::TextFromUtf8(command.text);
+    const std::string quoted = '"' + command.text + '"';
+    const std::string number = std::to_string(command.number);
+    switch (command.kind) {
+      case Kind::AddPrinter:
+        return Done(command, m_deeds.AddPrinter(command), "adds printer " + quoted);
+      case Kind::DeletePrinter:
+        return Done(command, m_deeds.DeletePrinter(text), "deletes printer " + quoted);
+      case Kind::Mask:
+        return Done(command, m_deeds.Mask(text, command.number),
+                    "sets VGLSetting of " + quoted + " to " + number);
+      case Kind::SelectIcon:
+        return Done(command, m_deeds.SelectIcon(AgentOf(command), text, command.number),
+                    "selects icon " + number + " for " + quoted + " and tells " + NameOf(command));
+      case Kind::SetValue:
+        m_deeds.SetValue(command);
+        return Done(command, "",
+                    "sets HKCU\\" + command.text + "\\" + command.name + " = " +
+                        (command.isText ? '"' + command.value + '"' : number));
+      case Kind::Autostart:
+        m_deeds.Autostart(text, vgl::TextFromUtf8(command.name));
+        return Done(command, "", "sets Run value \"" + command.name + "\" for " + command.text);
+      case Kind::InstallerStarts:
+        m_deeds.StartInstaller();
+        return Done(command, "", "starts an installer");
+      case Kind::InstallerEnds:
+        m_deeds.EndInstaller();
+        return Done(command, "", "ends the installer");
+      default:
+        return false;
+    }
+  }
+
+  // What `read` gives as another program of the suite sees it.
+  template <class Read>
+  std::vector<std::string> Inside(const Read& read) {
+    const sim::Inside reader(m_machine, kReaderPath);
+    return read();
+  }
+
+  bool Show(const std::string& mark, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) m_printer.Line(0, mark + line);
+    return true;
   }
 
   std::string OwnerOf(platform::HWND handle) {
     const sim::Window* window = m_machine.desktop().Find(handle);
     if (window == nullptr) return "dead";
-    const std::string name = NameOf(window->thread->process()->id());
-    return name == "script" ? "other" : name;
+    const std::uint32_t process = window->thread->process()->id();
+    return m_printer.IsAgent(process) ? m_printer.NameOf(process) : "other";
   }
 
   bool Post(const Command& command) {
     sim::Process& agent = AgentOf(command);
-    const std::string name = NameOf(agent.id());
+    const std::string name = NameOf(command);
     if (agent.ended())
       return Fail(command,
                   name + " has ended already, with code " + std::to_string(agent.exitCode()));
     sim::Window* window = m_machine.desktop().FindOf(agent, vgl::kTrayWindowClass);
     if (window == nullptr) return Fail(command, name + " has no window");
-    Line(0,
-         "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) + " to " + name);
+    m_printer.Line(0, "posts " + vgl::Utf8FromText(m_machine.desktop().NameOf(command.message)) +
+                          " to " + name);
     if (m_machine.desktop().Post(window->handle, command.message, command.wParam, command.lParam) !=
         platform::ERROR_SUCCESS)
       return Fail(command, "this message can't be posted");
@@ -171,7 +221,8 @@ class Player {
     bool allEnded = true;
     for (sim::Process* agent : m_agents) {
       if (agent->ended()) continue;
-      m_err << "vgldesk: " << NameOf(agent->id()) << " still runs at the end of the script\n";
+      m_err << "vgldesk: " << m_printer.NameOf(agent->id())
+            << " still runs at the end of the script\n";
       allEnded = false;
     }
     ShowParamFiles();
@@ -183,15 +234,16 @@ class Player {
     for (const std::u16string& path : m_machine.files().List())
       if (path.starts_with(m_machine.system().tempFolder))
         names += " " + vgl::Utf8FromText(path.substr(m_machine.system().tempFolder.size()));
-    Line(0, "in the temp folder:" + (names.empty() ? " nothing" : names));
+    m_printer.Line(0, "in the temp folder:" + (names.empty() ? " nothing" : names));
   }
 
   const PlayOptions& m_options;
-  std::ostream& m_out;
   std::ostream& m_err;
   std::string m_sampleOptions;  // for a start without a command line
   std::vector<sim::Process*> m_agents;
   sim::Machine m_machine;
+  Deeds m_deeds;
+  EventPrinter m_printer;
 };
 
 }  // namespace

@@ -5,38 +5,11 @@
 #include <optional>
 #include <sstream>
 
-#include "app/agent_messages.h"
-
 namespace desk {
 
-const std::vector<NamedNumber>& KnownMessages() {
-  static const std::vector<NamedNumber> kNames = {
-      {"WM_DESTROY", platform::WM_DESTROY},
-      {"WM_CLOSE", platform::WM_CLOSE},
-      {"WM_COMMAND", platform::WM_COMMAND},
-      {"WM_TIMER", platform::WM_TIMER},
-      {"WM_VGL3_TRAYICON", vgl::WM_VGL3_TRAYICON},
-      {"WM_VGL3_UPDATE_ICON", vgl::WM_VGL3_UPDATE_ICON},
-      {"WM_VGL3_KICK_INVITATION", vgl::WM_VGL3_KICK_INVITATION},
-      {"WM_VGL3_CHECK_NETPILOT", vgl::WM_VGL3_CHECK_NETPILOT},
-      {"WM_VGL3_FLUSH_VGLLOG", vgl::WM_VGL3_FLUSH_VGLLOG},
-      {"WM_LBUTTONDOWN", platform::WM_LBUTTONDOWN},
-      {"WM_LBUTTONDBLCLK", platform::WM_LBUTTONDBLCLK},
-      {"WM_RBUTTONDOWN", platform::WM_RBUTTONDOWN},
-  };
-  return kNames;
-}
-
-const std::vector<NamedNumber>& KnownTimers() {
-  static const std::vector<NamedNumber> kNames = {
-      {"TMID_PRINTERCHECK", vgl::TMID_PRINTERCHECK}, {"TMID_MASKCHECK", vgl::TMID_MASKCHECK},
-      {"TMID_INVITATION", vgl::TMID_INVITATION},     {"TMID_NETPILOT", vgl::TMID_NETPILOT},
-      {"TMID_FLUSHLOG", vgl::TMID_FLUSHLOG},         {"TMID_CLICK", vgl::TMID_CLICK},
-  };
-  return kNames;
-}
-
 namespace {
+
+constexpr char kBlanks[] = " \t";
 
 template <class T>
 std::optional<T> Number(std::string_view word) {
@@ -57,6 +30,22 @@ std::optional<std::int64_t> NumberOrName(std::string_view word,
   return Number<std::int64_t>(word);
 }
 
+std::string Trimmed(const std::string& text) {
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == std::string::npos) return "";
+  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
+}
+
+// "a", "a and b", "a, b and c"
+std::string Listed(const std::vector<std::string>& words) {
+  std::string list;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    list += (i == 0 ? "" : i + 1 == words.size() ? " and " : ", ") + words[i];
+  return list;
+}
+
+using Words = std::istringstream;
+
 class Reader {
  public:
   explicit Reader(std::string_view text) : m_lines(std::string(text)) {}
@@ -68,6 +57,45 @@ class Reader {
   }
 
  private:
+  // How a line begins, and who reads the rest of it.
+  struct Verb {
+    const char* name;
+    Command::Kind kind;
+    void (Reader::*read)(Words& words);  // null: nothing more may stand there
+    bool hasAgent = false;               // it may name one in front of all else
+  };
+
+  static const std::vector<Verb>& Verbs() {
+    using Kind = Command::Kind;
+    static const std::vector<Verb> kVerbs = {
+        {"param", Kind::Param, &Reader::ReadParam},
+        {"start", Kind::Start, &Reader::ReadStart},
+        {"wait", Kind::Wait, &Reader::ReadMilliseconds},
+        {"post", Kind::Post, &Reader::ReadMessage, true},
+        {"kill", Kind::Kill, nullptr, true},
+        {"await-end", Kind::AwaitEnd, &Reader::ReadMilliseconds, true},
+        {"click", Kind::Click, nullptr, true},
+        {"double-click", Kind::DoubleClick, nullptr, true},
+        {"right-click", Kind::RightClick, nullptr, true},
+        {"choose", Kind::Choose, &Reader::ReadEntry, true},
+        {"dismiss", Kind::Dismiss, nullptr, true},
+        {"answer", Kind::Answer, nullptr, true},
+        {"hold", Kind::Hold, &Reader::ReadKeys},
+        {"release", Kind::Release, nullptr},
+        {"add-printer", Kind::AddPrinter, &Reader::ReadNewPrinter},
+        {"delete-printer", Kind::DeletePrinter, &Reader::ReadPrinter},
+        {"mask", Kind::Mask, &Reader::ReadNameAndNumber},
+        {"select-icon", Kind::SelectIcon, &Reader::ReadNameAndNumber, true},
+        {"set-value", Kind::SetValue, &Reader::ReadValue},
+        {"autostart", Kind::Autostart, &Reader::ReadAutostart},
+        {"installer", Kind::InstallerStarts, &Reader::ReadInstaller},
+        {"map", Kind::Map, nullptr},
+        {"show", Kind::Show, nullptr},
+        {"picture", Kind::Picture, &Reader::ReadPicture},
+    };
+    return kVerbs;
+  }
+
   bool NextLine(std::string& line) {
     if (!std::getline(m_lines, line)) return false;
     if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -76,92 +104,76 @@ class Reader {
   }
 
   void Fail(const std::string& what) {
-    m_script.error = "line " + std::to_string(m_line) + ": " + what;
+    if (m_script.error.empty()) m_script.error = "line " + std::to_string(m_line) + ": " + what;
   }
 
   void ReadCommand(const std::string& line) {
-    std::istringstream words(line);
-    std::string verb;
-    if (!(words >> verb) || verb.front() == '#') return;
+    Words words(line);
+    std::string name;
+    if (!(words >> name) || name.front() == '#') return;
+    if (name == "sample") return ReadSample(words);
+    const auto verb = std::find_if(Verbs().begin(), Verbs().end(),
+                                   [&](const Verb& known) { return name == known.name; });
+    if (verb == Verbs().end()) return FailForVerb(name);
     m_command = Command{};
     m_command.line = m_line;
-    if (verb == "sample") {
-      ReadSample(words);
-      return;
-    }
-    if (verb == "param") {
-      ReadParam(words);
-    } else if (verb == "start") {
-      m_command.kind = Command::Kind::Start;
-      std::getline(words >> std::ws, m_command.text);
-      ++m_agents;
-    } else if (verb == "wait") {
-      m_command.kind = Command::Kind::Wait;
-      ReadMilliseconds(words);
-    } else if (verb == "post") {
-      m_command.kind = Command::Kind::Post;
-      if (ReadAgent(words)) ReadMessage(words);
-    } else if (verb == "kill") {
-      m_command.kind = Command::Kind::Kill;
-      ReadAgent(words);
-    } else if (verb == "await-end") {
-      m_command.kind = Command::Kind::AwaitEnd;
-      if (ReadAgent(words)) ReadMilliseconds(words);
-    } else if (verb == "map") {
-      m_command.kind = Command::Kind::Map;
-    } else {
-      Fail("there is no command \"" + verb +
-           "\"; the commands are sample, param, start, wait, post, kill, await-end and map");
-    }
-    ExpectEnd(words, verb);
+    m_command.kind = verb->kind;
+    m_verb = verb->name;
+    if (verb->hasAgent) ReadAgent(words);
+    if (verb->read != nullptr && m_script.error.empty()) (this->*verb->read)(words);
+    ExpectEnd(words);
     if (m_script.error.empty()) m_script.commands.push_back(m_command);
   }
 
-  void ExpectEnd(std::istringstream& words, const std::string& verb) {
-    std::string rest;
-    if (m_script.error.empty() && words >> rest)
-      Fail("\"" + rest + "\" is one word too many for " + verb);
+  void FailForVerb(const std::string& name) {
+    std::vector<std::string> known = {"sample"};
+    for (const Verb& verb : Verbs()) known.emplace_back(verb.name);
+    Fail("there is no command \"" + name + "\"; the commands are " + Listed(known));
   }
 
-  void ReadSample(std::istringstream& words) {
+  void ExpectEnd(Words& words) {
+    std::string rest;
+    if (words >> rest) Fail("\"" + rest + "\" is one word too many for " + m_verb);
+  }
+
+  void ReadSample(Words& words) {
+    m_verb = "sample";
     if (!m_script.sample.empty() || !m_script.commands.empty())
       return Fail("sample stands in front of all else, and once");
     if (!(words >> m_script.sample))
       return Fail("sample needs a name, as in \"sample studio-7200\"");
-    ExpectEnd(words, "sample");
+    ExpectEnd(words);
   }
 
-  void ReadParam(std::istringstream& words) {
-    m_command.kind = Command::Kind::Param;
+  void ReadParam(Words& words) {
     if (!(words >> m_command.text)) return Fail("param needs the name of the file");
     std::string line;
     while (NextLine(line)) {
-      const std::size_t start = line.find_first_not_of(" \t");
-      if (start == std::string::npos) continue;
-      if (line.substr(start) == "end") return;
-      m_command.content += line.substr(start) + "\n";
+      const std::string option = Trimmed(line);
+      if (option.empty()) continue;
+      if (option == "end") return;
+      m_command.content += line.substr(line.find_first_not_of(kBlanks)) + "\n";
     }
     Fail("param " + m_command.text + " has no line \"end\"");
   }
 
-  bool ReadAgent(std::istringstream& words) {
-    if (m_agents == 0) {
-      Fail("no agent has been started; put a start line in front");
-      return false;
-    }
-    if ((words >> std::ws).peek() != '@') return true;
+  void ReadStart(Words& words) {
+    std::getline(words >> std::ws, m_command.text);
+    ++m_agents;
+  }
+
+  void ReadAgent(Words& words) {
+    if (m_agents == 0) return Fail("no agent has been started; put a start line in front");
+    if ((words >> std::ws).peek() != '@') return;
     std::string word;
     words >> word;
     const auto agent = Number<int>(std::string_view(word).substr(1));
-    if (!agent || *agent < 1 || *agent > m_agents) {
-      Fail("\"" + word + "\" is no agent; they are @1 to @" + std::to_string(m_agents));
-      return false;
-    }
+    if (!agent || *agent < 1 || *agent > m_agents)
+      return Fail("\"" + word + "\" is no agent; they are @1 to @" + std::to_string(m_agents));
     m_command.agent = *agent;
-    return true;
   }
 
-  void ReadMilliseconds(std::istringstream& words) {
+  void ReadMilliseconds(Words& words) {
     std::string word;
     words >> word;
     const auto number = Number<std::uint64_t>(word);
@@ -170,7 +182,7 @@ class Reader {
     m_command.milliseconds = *number;
   }
 
-  void ReadMessage(std::istringstream& words) {
+  void ReadMessage(Words& words) {
     std::string word;
     if (!(words >> word)) return Fail("post needs a message, as in \"post WM_CLOSE\"");
     const auto message = NumberOrName(word, {&KnownMessages()});
@@ -188,9 +200,125 @@ class Reader {
     m_command.lParam = arguments[1];
   }
 
+  void ReadEntry(Words& words) {
+    std::string word;
+    words >> word;
+    const auto id = Number<std::uint16_t>(word);
+    if (!id) return Fail("\"" + word + "\" is no entry's number, as in \"choose 901\"");
+    m_command.number = *id;
+  }
+
+  void ReadKeys(Words& words) {
+    for (std::string word; words >> word;) {
+      const auto known = std::find_if(KnownKeys().begin(), KnownKeys().end(),
+                                      [&](const NamedNumber& key) { return word == key.name; });
+      if (known == KnownKeys().end())
+        return Fail("\"" + word + "\" is no key; the keys are ctrl, shift and space");
+      m_command.keys.push_back(known->number);
+    }
+    if (m_command.keys.empty()) Fail("hold needs a key, as in \"hold ctrl shift space\"");
+  }
+
+  // What stands in quotes, or else a word. Nothing at the line's end and where the second quote is
+  // missing.
+  std::optional<std::string> TakeName(Words& words) {
+    std::string name;
+    if ((words >> std::ws).peek() != '"') return words >> name ? std::optional(name) : std::nullopt;
+    words.get();
+    if (!std::getline(words, name, '"') || words.eof()) return std::nullopt;
+    return name;
+  }
+
+  void ReadPrinter(Words& words) {
+    if ((words >> std::ws).peek() == '"')
+      m_command.text = TakeName(words).value_or("");
+    else
+      std::getline(words, m_command.text);
+    m_command.text = Trimmed(m_command.text);
+    if (m_command.text.empty())
+      Fail("delete-printer needs a printer, as in \"delete-printer Studio 7200\"");
+  }
+
+  void ReadNewPrinter(Words& words) {
+    const auto printer = TakeName(words);
+    const auto port = TakeName(words);
+    const auto driver = TakeName(words);
+    if (!driver || printer->empty())
+      return Fail(
+          "add-printer needs printer, port and driver, as in \"add-printer \"Studio 7200\" USB001 "
+          "\"KAVRO Studio 7200\"\"");
+    m_command.text = *printer;
+    m_command.port = *port;
+    m_command.driver = *driver;
+  }
+
+  void ReadNameAndNumber(Words& words) {
+    const auto name = TakeName(words);
+    std::string word;
+    words >> word;
+    const auto number = Number<std::uint32_t>(word);
+    if (!name || name->empty() || !number)
+      return Fail(m_verb + " needs a name and a number, as in \"" + m_verb +
+                  " \"Studio 7200\" 1\"");
+    m_command.text = *name;
+    m_command.number = *number;
+  }
+
+  void ReadValue(Words& words) {
+    const auto key = TakeName(words);
+    const auto name = TakeName(words);
+    m_command.isText = name && (words >> std::ws).peek() == '"';
+    const auto value = TakeName(words);
+    const auto number = Number<std::uint32_t>(value.value_or(""));
+    if (!value || (!m_command.isText && !number))
+      return Fail(
+          "set-value needs a key below HKEY_CURRENT_USER, a name, and a text in quotes or a "
+          "number, "
+          "as in \"set-value Software\\KAVRO\\VGL3 K_QTR 1\"");
+    m_command.text = *key;
+    m_command.name = *name;
+    if (m_command.isText)
+      m_command.value = *value;
+    else
+      m_command.number = *number;
+  }
+
+  void ReadAutostart(Words& words) {
+    const auto file = TakeName(words);
+    const auto name = TakeName(words);
+    if (!name || name->empty())
+      return Fail(
+          "autostart needs a parameter file and the name of the Run value, as in \"autostart "
+          "K_Q0001.tmp \"Studio 7200\"\"");
+    m_command.text = *file;
+    m_command.name = *name;
+  }
+
+  void ReadInstaller(Words& words) {
+    std::string word;
+    words >> word;
+    const bool starts = word == "starts";
+    if (!starts && word != "ends") return Fail("an installer either starts or ends");
+    if (starts && m_installerIsAtWork) return Fail("an installer is at work already");
+    if (!starts && !m_installerIsAtWork) return Fail("no installer is at work");
+    m_installerIsAtWork = starts;
+    if (!starts) m_command.kind = Command::Kind::InstallerEnds;
+  }
+
+  void ReadPicture(Words& words) {
+    words >> m_command.text;
+    const bool isName = std::all_of(m_command.text.begin(), m_command.text.end(), [](char c) {
+      return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+    });
+    if (m_command.text.empty() || !isName)
+      Fail("picture needs a name of small letters, digits, - and _, as in \"picture the-icon\"");
+  }
+
   std::istringstream m_lines;
   int m_line = 0;
   int m_agents = 0;
+  bool m_installerIsAtWork = false;
+  std::string m_verb;
   Command m_command{};
   Script m_script;
 };

@@ -1,10 +1,9 @@
 // Session scripts: what happens to agents on a machine, step by step. The same script is played on
-// the simulated machine (vgldesk) and against the real .EXE (tests/windows/session_driver).
+// the simulated machine (vgldesk) and against the real .EXE (tests/windows/driver).
 //
 // A script is UTF-8 text of lines; a # at a line's start makes it a comment. The commands are told
-// in docs/sessions.md: param, start, wait, post, kill, await-end, map. In front of them the script
-// may name the sample on whose machine it is played; a start without a command line then takes that
-// sample's own.
+// in docs/sessions.md. In front of them the script may name the sample on whose machine it is
+// played; a start without a command line then takes that sample's own.
 #pragma once
 
 #include <cstdint>
@@ -21,18 +20,60 @@ inline constexpr std::uint64_t kMostMilliseconds = 0x7FFFFFFF;
 // with 0, 3 (a fatal error) or 1 (ended by force), unless a script posts it something else.
 inline constexpr int kSessionFailed = 4;
 
+// What the installer of a session holds while it is at work.
+inline constexpr char16_t kInstallerMutex[] = u"Global\\KavroPrinterInstaller";
+
 struct Command {
-  enum class Kind { Param, Start, Wait, Post, Kill, AwaitEnd, Map };
+  enum class Kind {
+    // The machine and its agents.
+    Param,
+    Start,
+    Wait,
+    Post,
+    Kill,
+    AwaitEnd,
+    // What a person does.
+    Click,
+    DoubleClick,
+    RightClick,
+    Choose,
+    Dismiss,
+    Answer,
+    Hold,
+    Release,
+    // What other programs do.
+    AddPrinter,
+    DeletePrinter,
+    Mask,
+    SelectIcon,
+    SetValue,
+    Autostart,
+    InstallerStarts,
+    InstallerEnds,
+    // What is to be seen.
+    Map,
+    Show,
+    Picture,
+  };
 
   Kind kind;
-  int line = 0;         // of the script, from 1
-  std::string text;     // Param: name of the file; Start: command line (UTF-8)
+  int line = 0;  // of the script, from 1
+  // Param, Autostart: name of the file; Start: command line; AddPrinter, DeletePrinter, Mask: the
+  // printer; SelectIcon: the printer or port; SetValue: the key; Picture: its name. (UTF-8)
+  std::string text;
   std::string content;  // Param: the file's text (UTF-8), each line ended by a line feed
+  std::string name;     // Autostart, SetValue: of the value
+  std::string port;     // AddPrinter
+  std::string driver;   // AddPrinter
+  std::string value;    // SetValue, if it is a text
+  bool isText = false;  // SetValue: else `number` is the value
   int agent = 0;        // 0: the one that was started last
   std::uint64_t milliseconds = 0;
   std::uint32_t message = 0;
   std::uint64_t wParam = 0;
   std::int64_t lParam = 0;
+  std::uint32_t number = 0;         // Choose: the entry's id; Mask, SelectIcon, SetValue: the value
+  std::vector<std::uint32_t> keys;  // Hold: VK_...
 };
 
 struct Script {
@@ -52,12 +93,13 @@ bool HasBareStart(const Script& script);
 // line.
 std::string OptionsLine(std::string_view text);
 
-// The names that scripts may use for numbers, for messages and timers alike.
+// The names that scripts may use for numbers: for messages and timers alike, and for keys.
 struct NamedNumber {
   const char* name;
   std::uint32_t number;
 };
 const std::vector<NamedNumber>& KnownMessages();
 const std::vector<NamedNumber>& KnownTimers();
+const std::vector<NamedNumber>& KnownKeys();
 
 }  // namespace desk

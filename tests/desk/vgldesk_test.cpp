@@ -1,52 +1,20 @@
 // vgldesk as its user meets it: words in, lines and exit code out.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "desk/command_line.h"
 #include "tests/desk/scratch_folder.h"
+#include "tests/desk/vgldesk_run.h"
 
 namespace desk {
 namespace {
 
-struct Outcome {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Outcome RunWords(const std::vector<std::string>& words, const std::string& input = "") {
-  std::istringstream in(input);
-  std::ostringstream out;
-  std::ostringstream err;
-  const int code = RunVgldesk(words, in, out, err);
-  return {code, out.str(), err.str()};
-}
-
-Outcome RunScript(const std::string& script, std::vector<std::string> more = {}) {
-  std::vector<std::string> words = {"run", "--script", "-"};
-  words.insert(words.end(), more.begin(), more.end());
-  return RunWords(words, script);
-}
-
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-// What a "map" in the script showed, in order.
-std::vector<std::string> MapLines(const std::string& out) {
-  constexpr std::string_view kMark = "script    map| ";
-  std::istringstream in(out);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);)
-    if (const std::size_t at = line.find(kMark); at != std::string::npos)
-      lines.push_back(line.substr(at + kMark.size()));
-  return lines;
-}
-
-// Two agents that know nothing of each other, each known by its port.
-constexpr char kStart[] = "start /D \"KAVRO Studio 7200\" /O \"a\" /M \"m\"\n";
-constexpr char kStartOther[] = "start /D \"KAVRO Studio 7200\" /O \"b\" /M \"m\"\n";
+// The agent of the default machine's printer, and one of another printer.
+constexpr char kStart[] =
+    "start /P \"Studio 7200\" /D \"KAVRO Studio 7200\" /O \"USB001\" /M \"S7200\"\n";
+constexpr char kStartOther[] =
+    "add-printer Other LPT1 \"KAVRO Studio 7200\"\n"
+    "set-value Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000001 Name \"Other\"\n"
+    "set-value Software\\KAVRO\\VGL3\\VGLData\\KVLTarget\\P0000000000000001 TrayIconEnable 1\n"
+    "start /P \"Other\" /D \"KAVRO Studio 7200\" /O \"LPT1\" /M \"S7200\"\n";
 
 TEST(Vgldesk, PlaysTheMainSessionToItsEnd) {
   const Outcome outcome = RunWords({"run", "--log", "--script", "desk/sessions/main.session"});
@@ -161,7 +129,9 @@ TEST(Vgldesk, RunsAnAgentOfTheCommandLineForTheTimeThatIsNamed) {
 }
 
 TEST(Vgldesk, AnEventWithLineEndsStandsOnOneLine) {
-  const Outcome outcome = RunScript(std::string(kStart) + "wait 200\npost WM_COMMAND 900\nkill\n");
+  // Nobody knows the run helper of a printer that is gone.
+  const Outcome outcome = RunScript(
+      std::string(kStart) + "wait 200\ndelete-printer Studio 7200\npost WM_COMMAND 900\nkill\n");
   EXPECT_TRUE(Holds(outcome.out,
                     "message box \"KAVRO Vigil 3\": \\r\\nUnable to open Printer "
                     "Status window for this printer.\n"));
@@ -220,8 +190,8 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
     std::vector<std::string> words;
     std::string part;
   } cases[] = {
-      {{}, "vgldesk: \"\" is no command; the commands are run and describe"},
-      {{"walk"}, "vgldesk: \"walk\" is no command; the commands are run and describe"},
+      {{}, "vgldesk: \"\" is no command; the commands are run, describe and soak"},
+      {{"walk"}, "vgldesk: \"walk\" is no command; the commands are run, describe and soak"},
       {{"run"}, "give a sample, --script FILE, or an agent's command line behind --"},
       {{"run", "no-such"},
        "vgldesk: there is no sample samples/no-such; names without a slash are looked for below "
@@ -237,7 +207,11 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
       {{"run", "--script", "desk/sessions"}, "the script desk/sessions can't be read"},
       {{"describe"}, "sample"},
       {{"describe", "studio-7200", "sketch-1100"}, "sketch-1100"},
-      {{"describe", "studio-7200", "--", "/R"}, "there is no command line to give behind --"},
+      {{"describe", "studio-7200", "--", "/R"}, "no agent's command line to give behind --"},
+      {{"soak", "--hours", "0"}, "--hours"},
+      {{"soak", "--printers", "401"}, "--printers"},
+      {{"soak", "studio-7200"}, "studio-7200"},
+      {{"soak", "--", "/R"}, "no agent's command line to give behind --"},
   };
   for (const auto& [words, part] : cases) {
     const Outcome outcome = RunWords(words);
