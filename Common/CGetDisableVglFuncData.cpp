@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "Common/printer_data.h"
+#include "Common/text_conversion.h"
 
 namespace vgl {
 
@@ -18,14 +19,12 @@ constexpr std::uint32_t kNotifyByte = 6;
 constexpr std::uint32_t kInkOrderByte = 9;
 constexpr std::uint32_t kLongForm = 9;
 
-bool IsEmpty(const char16_t* text) { return text == nullptr || *text == u'\0'; }
-
 }  // namespace
 
 std::int32_t CGetDisableVglFuncData::GetDisableData(const char16_t* printer, void* buffer,
                                                     std::uint32_t size,
                                                     std::uint32_t* needed) const {
-  if (IsEmpty(printer)) return kFailed;
+  if (IsMissing(printer)) return kFailed;
   const CPrinterForData open(printer);
   if (open.handle() == HPRINTER{}) return open.openResult();
   return Os().spooler.GetPrinterDataW(open.handle(), u"KV_DISABLE_VGLFUNC", nullptr, buffer, size,
@@ -34,7 +33,7 @@ std::int32_t CGetDisableVglFuncData::GetDisableData(const char16_t* printer, voi
 
 std::int32_t CGetDisableVglFuncData::GetUpdateData(const char16_t* printer, std::uint32_t* value,
                                                    std::uint32_t* needed) const {
-  if (IsEmpty(printer)) return kFailed;
+  if (IsMissing(printer)) return kFailed;
   const CPrinterForData open(printer);
   if (open.handle() == HPRINTER{}) return open.openResult();
   return Os().spooler.GetPrinterDataExW(open.handle(), u"PrinterDriverData", u"KV_DISABLE_UPDATE",

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Common/printer_lookup.h"
+#include "Common/text_conversion.h"
 #include "platform/owned.h"
 #include "profile/drv_info_reader.h"
 #include "profile/profile_keys.h"
@@ -24,8 +25,6 @@ constexpr char16_t kServer[] = u"K_QD01SV.EXE";
 // A length that the suite's programs take for a failure. A name of 259 characters at most never
 // has it; the test stays with theirs.
 constexpr std::size_t kFailedLength = 518;
-
-bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0'; }
 
 // The text, or nothing when it and its terminator don't fit into `chars` characters.
 std::u16string Fitting(std::u16string text, std::size_t chars = PathText::capacity()) {

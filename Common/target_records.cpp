@@ -6,6 +6,7 @@
 #include "Common/printer_library_exports.h"
 #include "Common/printer_lookup.h"
 #include "Common/target_sweep.h"
+#include "Common/text_conversion.h"
 #include "Common/wide_format.h"
 #include "platform/owned.h"
 
@@ -14,8 +15,6 @@ namespace vgl {
 using namespace platform;
 
 namespace {
-
-const char16_t* OrEmpty(const char16_t* text) { return text == nullptr ? u"" : text; }
 
 const char16_t* BranchPath(bool isPort) { return isPort ? kPortBranch : kPrinterBranch; }
 

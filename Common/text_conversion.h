@@ -23,6 +23,10 @@ std::string Utf16LeFromText(std::u16string_view text);
 std::string Utf8FromText(std::u16string_view text);
 std::u16string TextFromUtf8(std::string_view bytes);
 
+// A null text counts as an empty one in most places.
+constexpr bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0'; }
+constexpr const char16_t* OrEmpty(const char16_t* text) { return text == nullptr ? u"" : text; }
+
 // `character`, if it is one of a to z in its upper case.
 constexpr char16_t AsciiUpper(char16_t character) {
   const bool isLower = character >= u'a' && character <= u'z';

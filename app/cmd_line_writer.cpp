@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "Common/fixed_text.h"
+#include "Common/text_conversion.h"
 #include "Common/wide_format.h"
 #include "app/cmd_line_info.h"
 #include "app/option_table.h"
@@ -49,8 +50,6 @@ bool WriteRecord(const CCmdLineInfo& info, const PathText& path) {
       OptionTable(), [&](const OptionRow& row) { return WriteOption(file.get(), info, row); });
 }
 
-std::u16string TextOrEmpty(const char16_t* text) { return text ? text : u""; }
-
 }  // namespace
 
 int CCmdLineInfo::CreateParamFileName() {
@@ -72,9 +71,9 @@ int CCmdLineInfo::WriteParamFile() {
 
 int CCmdLineInfo::WriteParamFile(const char16_t* szPrinterName, const char16_t* szPortName,
                                  const char16_t* szModelID) {
-  m_szPrinterName = TextOrEmpty(szPrinterName);
-  m_szPortName = TextOrEmpty(szPortName);
-  m_szModelID = TextOrEmpty(szModelID);
+  m_szPrinterName = OrEmpty(szPrinterName);
+  m_szPortName = OrEmpty(szPortName);
+  m_szModelID = OrEmpty(szModelID);
   if (WriteParamFile() == 1) return 1;
   PathText path;
   if (!m_szOutFileName.empty() && FormatTo(path, u"%s%s", m_szTempPath, m_szOutFileName))

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Common/kv_open_printer.h"
+#include "Common/text_conversion.h"
 #include "platform/platform.h"
 #include "profile/os_identification.h"
 #include "profile/profile_keys.h"
@@ -35,12 +36,8 @@ struct OpenedPrinter {
   HPRINTER handle;
 };
 
-bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0'; }
-
-std::u16string TextOf(const char16_t* told) { return told == nullptr ? u"" : told; }
-
 DriverRecord RecordOf(const DriverInfo3& told) {
-  return {TextOf(told.name), TextOf(told.driverPath), TextOf(told.dataFile)};
+  return {OrEmpty(told.name), OrEmpty(told.driverPath), OrEmpty(told.dataFile)};
 }
 
 // Room for whole structures, so that the first one is aligned, of at least `bytes` zeroed bytes.

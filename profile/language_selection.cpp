@@ -7,6 +7,7 @@
 
 #include "Common/fixed_text.h"
 #include "Common/path_lookup.h"
+#include "Common/text_conversion.h"
 #include "platform/platform.h"
 #include "profile/profile_keys.h"
 
@@ -21,8 +22,6 @@ constexpr std::uint16_t kUsEnglish = 1033;
 // What a count starts from; where nothing is counted, so many records are made of an empty list.
 constexpr std::uint32_t kUncounted = 2;
 constexpr std::uint32_t kSectionBytes = PathText::capacity() * sizeof(char16_t);
-
-bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0'; }
 
 // Takes the text up to `end`, and `end` itself, from the front of `rest`.
 std::u16string_view TakeUpTo(char16_t end, std::u16string_view& rest) {

@@ -2,6 +2,7 @@
 
 #include "Common/driver_data_file.h"
 #include "Common/path_lookup.h"
+#include "Common/text_conversion.h"
 #include "Common/wide_format.h"
 #include "profile/operation_log.h"
 #include "profile/profile_keys.h"
@@ -14,8 +15,6 @@ namespace {
 
 constexpr std::int32_t kNotCalled = -1;
 
-std::u16string TextOf(const char16_t* text) { return text == nullptr ? u"" : text; }
-
 template <class Function>
 bool Bind(HMODULE library, const char* name, Function& function) {
   function = reinterpret_cast<Function>(Os().modules.GetProcAddress(library, name));
@@ -25,9 +24,9 @@ bool Bind(HMODULE library, const char* name, Function& function) {
 }  // namespace
 
 CLmw::CLmw(const char16_t* printer, const char16_t* driver, const char16_t* modelId)
-    : m_csPrinterName(TextOf(printer)),
-      m_csDriverName(TextOf(driver)),
-      m_csModelId(TextOf(modelId)) {
+    : m_csPrinterName(OrEmpty(printer)),
+      m_csDriverName(OrEmpty(driver)),
+      m_csModelId(OrEmpty(modelId)) {
   LogOperation(u"CLmw::CLmw", [this] {
     OpenPrinter(m_csPrinterName.c_str());
     m_csVifName = GetVifName(m_csPrinterName.c_str());
@@ -49,7 +48,7 @@ void CLmw::OpenPrinter(const char16_t* printer) {
 
 std::u16string CLmw::GetVifName(const char16_t* printer) {
   return LogOperation(u"CLmw::GetVifName", [&] {
-    if (m_hPrinter == HPRINTER{}) OpenPrinter(TextOf(printer).c_str());
+    if (m_hPrinter == HPRINTER{}) OpenPrinter(OrEmpty(printer));
     return DataFileOfDriver(m_hPrinter);
   });
 }

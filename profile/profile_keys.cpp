@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Common/text_conversion.h"
 #include "platform/platform.h"
 
 namespace vgl {
@@ -14,15 +15,11 @@ constexpr std::uint32_t kPathChars = 260;
 
 // The system's reader takes a null section or key as a wish for a list, and a null path for a file
 // of its own.
-const char16_t* NotNull(const char16_t* text) { return text == nullptr ? u"" : text; }
-
-bool IsMissing(const char16_t* path) { return path == nullptr || *path == u'\0'; }
-
 std::u16string ReadText(const char16_t* section, const char16_t* key, std::uint32_t chars,
                         const char16_t* path) {
   if (IsMissing(path) || chars == 0) return {};
   std::u16string value(chars, u'\0');
-  value.resize(Os().profiles.GetPrivateProfileStringW(NotNull(section), NotNull(key), u"",
+  value.resize(Os().profiles.GetPrivateProfileStringW(OrEmpty(section), OrEmpty(key), u"",
                                                       value.data(), chars, path));
   return value;
 }
@@ -60,7 +57,7 @@ std::u16string ReadSADatKey(const char16_t* section, const char16_t* key,
 std::uint32_t ReadModelNumber(const char16_t* key, const char16_t* modelId,
                               const char16_t* profilePath) {
   if (IsMissing(profilePath)) return 0;
-  return Os().profiles.GetPrivateProfileIntW(NotNull(modelId), NotNull(key), 0, profilePath);
+  return Os().profiles.GetPrivateProfileIntW(OrEmpty(modelId), OrEmpty(key), 0, profilePath);
 }
 
 std::u16string ReadModelText(const char16_t* key, const char16_t* modelId,

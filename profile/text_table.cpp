@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "Common/text_conversion.h"
 #include "platform/platform.h"
 
 namespace vgl {
@@ -13,8 +14,6 @@ namespace {
 
 constexpr std::uint32_t kStep = 256;
 constexpr std::uint32_t kMostRoom = 4096;
-
-bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0'; }
 
 // The whole value, or nothing when no room is enough for it. A value that takes all of a room may
 // have been cut.
