@@ -175,8 +175,17 @@ bool Player::Start(const desk::Command& command) {
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION agent = {};
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &agent))
+  const auto start = [&] {
+    return CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                          &startup, &agent) != FALSE;
+  };
+  // Once in some hundred starts Wine fails within itself, before there is a process.
+  bool started = start();
+  if (!started && GetLastError() == ERROR_INTERNAL_ERROR) {
+    Say("Wine couldn't start a process; once more");
+    started = start();
+  }
+  if (!started)
     return Fail(command, "the agent can't be started, error " + std::to_string(GetLastError()));
   m_agents.push_back(agent);
   Say("started agent " + std::to_string(m_agents.size()));
