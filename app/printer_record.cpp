@@ -56,6 +56,8 @@ void CMainFrame::FindOrMakeRecord() {
   if (!path.empty()) m_szRegKey = path;
 }
 
+// Where no record could be found or made the path is empty, which opens the user's registry itself:
+// that says nothing of an icon, and the start ends instead of going by the profile.
 bool CMainFrame::ReadIconChoice(std::uint32_t& enabled) {
   OwnedKey record;
   if (Os().registry.RegOpenKeyExW(HKEY_CURRENT_USER, m_szRegKey.c_str(), KEY_READ, record.Out()) !=
