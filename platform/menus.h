@@ -98,7 +98,8 @@ class Menus {
   virtual bool DrawMenuBar(HWND window) = 0;
 
   // Shows a menu at a place on the screen and waits until something is chosen or it is closed;
-  // messages and timers of the thread are dispatched meanwhile. A choice is posted to the owner, a
+  // messages and timers of the thread are dispatched meanwhile, and the owner is asked for sizes
+  // and looks of the items that it draws (owner_draw.h). A choice is posted to the owner, a
   // window of the calling thread, as WM_COMMAND with the item's id in wParam and 0 in lParam. True
   // when it was shown, chosen from or not; false with 1400 for no window, with 1446 while a menu of
   // the thread is shown. It closes without a choice when its owner goes or gets WM_CANCELMODE, and

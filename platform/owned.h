@@ -83,7 +83,23 @@ struct IconTraits {
 struct BitmapTraits {
   using Handle = HBITMAP;
   static constexpr Handle kInvalid{};
-  static void Close(Handle bitmap) { Os().resources.DeleteObject(bitmap); }
+  static void Close(Handle bitmap) { Os().drawing.DeleteObject(AsObject(bitmap)); }
+};
+
+struct FontTraits {
+  using Handle = HFONT;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle font) { Os().drawing.DeleteObject(AsObject(font)); }
+};
+struct BrushTraits {
+  using Handle = HBRUSH;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle brush) { Os().drawing.DeleteObject(AsObject(brush)); }
+};
+struct DeviceContextTraits {
+  using Handle = HDC;
+  static constexpr Handle kInvalid{};
+  static void Close(Handle context) { Os().drawing.DeleteDC(context); }
 };
 
 using OwnedFile = Owned<FileTraits>;
@@ -94,5 +110,8 @@ using OwnedModule = Owned<ModuleTraits>;
 using OwnedMenu = Owned<MenuTraits>;
 using OwnedIcon = Owned<IconTraits>;
 using OwnedBitmap = Owned<BitmapTraits>;
+using OwnedFont = Owned<FontTraits>;
+using OwnedBrush = Owned<BrushTraits>;
+using OwnedDC = Owned<DeviceContextTraits>;
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 // with: platform/win32 or platform/sim.
 #pragma once
 
+#include "platform/drawing.h"
 #include "platform/files.h"
 #include "platform/kernel_objects.h"
 #include "platform/menus.h"
@@ -41,6 +42,7 @@ struct Platform {
   Security& security;
   Resources& resources;
   Menus& menus;
+  Drawing& drawing;
 };
 
 // The system that the calling thread runs on. On the simulated machine a thread that belongs to no

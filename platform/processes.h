@@ -16,6 +16,9 @@ struct ProcessInformation {
   std::uint32_t threadId = 0;
 };
 
+// What a thread runs; its result is the thread's exit code.
+using THREADPROC = std::uint32_t (*)(void* parameter);
+
 class Processes {
  public:
   virtual ~Processes() = default;
@@ -42,6 +45,11 @@ class Processes {
   // when its folder isn't there either, 5 for a folder; 5 for a file that may not be read, 193 for
   // one that is no program, 87 for an empty command line, 206 for one of 32767 characters or more.
   virtual bool CreateProcessW(char16_t* commandLine, ProcessInformation* started) = 0;
+
+  // Starts a thread of this process that runs `procedure`; its handle is the caller's to close and
+  // is free for a wait once the thread has ended, and the thread goes on without it. HANDLE{} on
+  // failure.
+  virtual HANDLE CreateThread(THREADPROC procedure, void* parameter) = 0;
 
   // Ends the process where it stands: no destructor of the stack runs, the system takes back what
   // it holds. Does not return.

@@ -17,6 +17,7 @@ inline constexpr std::uint32_t KEY_SET_VALUE = 0x0002;
 inline constexpr std::uint32_t KEY_CREATE_SUB_KEY = 0x0004;
 inline constexpr std::uint32_t KEY_ENUMERATE_SUB_KEYS = 0x0008;
 inline constexpr std::uint32_t KEY_READ = 0x20019;
+inline constexpr std::uint32_t KEY_WRITE = 0x20006;
 inline constexpr std::uint32_t KEY_ALL_ACCESS = 0xF003F;
 
 inline constexpr std::uint32_t REG_NONE = 0;

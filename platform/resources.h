@@ -37,11 +37,9 @@ class Resources {
   // False with 1414 (Wine: 1402) for what is no icon.
   virtual bool DestroyIcon(HICON icon) = 0;
 
-  // A new bitmap from the resource of that number, the caller's to delete (DeleteObject). HBITMAP{}
-  // when there is none or it is malformed.
+  // A new bitmap from the resource of that number, the caller's to delete (Drawing::DeleteObject).
+  // HBITMAP{} when there is none or it is malformed.
   virtual HBITMAP LoadBitmapW(HMODULE module, std::uint16_t id) = 0;
-  // False for what is no bitmap.
-  virtual bool DeleteObject(HBITMAP bitmap) = 0;
 };
 
 }  // namespace platform

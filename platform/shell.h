@@ -7,6 +7,8 @@ namespace platform {
 
 inline constexpr std::int32_t CSIDL_COMMON_APPDATA = 35;
 
+inline constexpr std::int32_t SW_SHOWNORMAL = 1;
+
 inline constexpr std::uint32_t NIM_ADD = 0;
 inline constexpr std::uint32_t NIM_MODIFY = 1;
 inline constexpr std::uint32_t NIM_DELETE = 2;
@@ -38,6 +40,15 @@ class Shell {
   // undefined.
   virtual std::int32_t SHGetSpecialFolderPathW(char16_t* path, std::int32_t folder,
                                                bool create) = 0;
+
+  // Has the shell do to `file`, a program, a document or an address, what `verb` says (null: open
+  // it); a program gets `parameters` behind its name. `file` is one name, of which quotes around it
+  // are no part; a program's may lack ".exe", and one of the system its folder. Null counts as
+  // nothing given. Above 32 on success, else the reason: 2 no such file, 3 no such folder, 5 not
+  // allowed, 8 no memory, 31 nothing knows what to do with it.
+  virtual std::int64_t ShellExecuteW(HWND owner, const char16_t* verb, const char16_t* file,
+                                     const char16_t* parameters, const char16_t* directory,
+                                     std::int32_t show) = 0;
 
   // Adds (NIM_ADD), changes (NIM_MODIFY) or takes away (NIM_DELETE) an icon. False when the shell
   // refuses, among others to add one that is there, or to change or take away one that isn't. An

@@ -26,6 +26,9 @@ class SystemInfo {
   virtual std::uint32_t GetTickCount() = 0;
   virtual void GetLocalTime(LocalTime* time) = 0;
 
+  // Seconds since the beginning of 1970, in universal time.
+  virtual std::int64_t time() = 0;
+
   // False when the system doesn't tell; `*version` is untouched then.
   virtual bool GetVersionExW(OsVersion* version) = 0;
 

@@ -20,6 +20,10 @@ enum class HWND : std::uint64_t {};
 enum class HMENU : std::uint64_t {};
 enum class HICON : std::uint64_t {};
 enum class HBITMAP : std::uint64_t {};
+enum class HFONT : std::uint64_t {};
+enum class HBRUSH : std::uint64_t {};
+enum class HGDIOBJ : std::uint64_t {};  // any of the three
+enum class HDC : std::uint64_t {};      // what is drawn on
 
 using WPARAM = std::uint64_t;
 using LPARAM = std::int64_t;

@@ -6,6 +6,7 @@
 // ones.
 #pragma once
 
+#include "platform/geometry.h"
 #include "platform/types.h"
 
 namespace platform {
@@ -38,6 +39,14 @@ inline constexpr std::int32_t SW_HIDE = 0;
 
 inline constexpr std::int32_t GWL_STYLE = -16;
 
+// Places in front of and behind the windows that are always in front, for SetWindowPos.
+inline constexpr HWND HWND_TOPMOST{~std::uint64_t{0}};
+inline constexpr HWND HWND_NOTOPMOST{~std::uint64_t{1}};
+inline constexpr std::uint32_t SWP_NOSIZE = 1;
+inline constexpr std::uint32_t SWP_NOMOVE = 2;
+inline constexpr std::uint32_t SWP_NOACTIVATE = 0x10;
+inline constexpr std::uint32_t SWP_SHOWWINDOW = 0x40;
+
 inline constexpr std::int32_t VK_SHIFT = 16;
 inline constexpr std::int32_t VK_CONTROL = 17;
 inline constexpr std::int32_t VK_SPACE = 32;
@@ -69,12 +78,8 @@ struct Message {
   LPARAM lParam = 0;
 };
 
-// A place on the screen, in pixels from its upper left corner.
-struct Point {
-  std::int32_t x = 0;
-  std::int32_t y = 0;
-  friend bool operator==(const Point&, const Point&) = default;
-};
+// What EnumWindows calls with each window and its own second argument; 0 ends the enumeration.
+using WNDENUMPROC = std::int32_t (*)(HWND window, LPARAM argument);
 
 class Windowing {
  public:
@@ -140,6 +145,25 @@ class Windowing {
 
   // Where the mouse is. False when the desktop isn't accessible, `*point` is then undefined.
   virtual bool GetCursorPos(Point* point) = 0;
+
+  // Calls `callback` with each top-level window of every process, hidden ones too, until it answers
+  // 0 or there are no more; one that goes meanwhile is passed over. The order says nothing. False
+  // when it answered 0, or on failure.
+  virtual bool EnumWindows(WNDENUMPROC callback, LPARAM argument) = 0;
+
+  // What is kept with a window under that name, whose case is ignored: a number that whoever set it
+  // knows. HANDLE{} when there is nothing, with 1400 for no window.
+  virtual HANDLE GetPropW(HWND window, const char16_t* name) = 0;
+
+  // With all of SWP_NOSIZE, SWP_NOMOVE and SWP_NOACTIVATE: puts the window in front of all others
+  // for good (HWND_TOPMOST), or just behind those of which that is true (HWND_NOTOPMOST), and shows
+  // it with SWP_SHOWWINDOW. False with 1400 for no window.
+  virtual bool SetWindowPos(HWND window, HWND insertAfter, std::int32_t x, std::int32_t y,
+                            std::int32_t width, std::int32_t height, std::uint32_t flags) = 0;
+
+  // The first child of a dialog that has that number; HWND{} when there is none, with 1400 for no
+  // window.
+  virtual HWND GetDlgItem(HWND dialog, std::int32_t id) = 0;
 
   // The system's own handling of a message. WM_CLOSE destroys the window.
   virtual LRESULT DefWindowProcW(HWND window, std::uint32_t message, WPARAM wParam,

@@ -28,6 +28,7 @@ Window* Desktop::Find(const char16_t* className, const char16_t* title) {
   const std::u16string wantedClass = FoldCase(View(className));
   const std::u16string wantedTitle = FoldCase(View(title));
   for (const auto& [handle, window] : m_windows) {
+    if ((window->style & WS_CHILD) != 0) continue;
     if (className != nullptr && FoldCase(window->className) != wantedClass) continue;
     if (title != nullptr && FoldCase(window->title) != wantedTitle) continue;
     return window.get();
@@ -50,7 +51,8 @@ std::vector<Window*> Desktop::WindowsOf(const Process& process) {
 
 std::vector<HWND> Desktop::TopLevelWindows() const {
   std::vector<HWND> handles;
-  for (const auto& [handle, window] : m_windows) handles.push_back(handle);
+  for (const auto& [handle, window] : m_windows)
+    if ((window->style & WS_CHILD) == 0) handles.push_back(handle);
   return handles;
 }
 

@@ -34,7 +34,9 @@ struct Window {
   Thread* thread = nullptr;
   std::u16string className;
   std::u16string title;
-  std::u16string text;  // of a message box
+  std::u16string text;                                 // of a message box
+  std::int32_t controlId = 0;                          // of what a test has made a child
+  std::map<std::u16string, std::uint64_t> properties;  // by their folded names
   std::uint32_t style = 0;
   std::uint32_t exStyle = 0;
   bool visible = false;

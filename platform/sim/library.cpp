@@ -10,8 +10,12 @@
 namespace sim {
 
 using platform::ExportedFunction;
+using platform::HMODULE;
 
 namespace {
+
+// Above all that a process's own handles reach.
+constexpr std::uint64_t kFirstResident = 0x7FF800000000;
 
 // The path as the file tree has it.
 std::u16string Resolved(std::u16string_view path) {
@@ -34,6 +38,8 @@ bool EnterExport(ExportedFunction exported) {
   process.ForEachHandle<LoadedLibrary>([&](std::uint64_t, const LoadedLibrary& loaded) {
     if (loaded.exports() != nullptr) counted = loaded.exports()->Enter(exported) || counted;
   });
+  for (Library* library : process.machine().libraries().Residents())
+    counted = library->Enter(exported) || counted;
   if (!counted) throw std::logic_error("a function of a library that isn't loaded was called");
   return true;
 }
@@ -95,6 +101,30 @@ Library& Libraries::Add(std::u16string_view path) {
   if (!m_machine.files().Exists(resolved)) m_machine.files().WriteFile(resolved, "MZ");
   place = std::make_unique<Library>(resolved);
   return *place;
+}
+
+Library& Libraries::AddResident(std::u16string_view path) {
+  const std::u16string resolved = Resolved(path);
+  auto& place = m_libraries[FoldCase(resolved)];
+  if (place != nullptr) throw std::invalid_argument("there is a library of that path");
+  place = std::make_unique<Library>(resolved);
+  m_residents.push_back(place.get());
+  return *place;
+}
+
+HMODULE Libraries::FindResident(std::u16string_view name) const {
+  const std::u16string wanted = FoldCase(name);
+  for (std::size_t index = 0; index < m_residents.size(); ++index) {
+    const std::u16string path = FoldCase(m_residents[index]->path());
+    if (wanted == path || wanted == path.substr(path.rfind(u'\\') + 1))
+      return HMODULE{kFirstResident + index};
+  }
+  return HMODULE{};
+}
+
+Library* Libraries::Resident(HMODULE module) const {
+  const std::uint64_t index = static_cast<std::uint64_t>(module) - kFirstResident;
+  return index < m_residents.size() ? m_residents[index] : nullptr;
 }
 
 Library& Libraries::At(std::u16string_view path) {

@@ -109,6 +109,10 @@ class Libraries {
   // The library of that path; one that isn't there is a mistake of the test and throws.
   Library& At(std::u16string_view path);
 
+  // A library without exports that every process has from its beginning to its end. There is no
+  // file of it.
+  Library& AddResident(std::u16string_view path);
+
   // What exported functions keep on this machine: one object a type, made when it is first asked
   // for.
   template <class T>
@@ -122,10 +126,15 @@ class Libraries {
 
   // Null when there is none of that path.
   Library* Find(std::u16string_view path) const;
+  // Of those that every process has: by whole path or name without regard to case, and by handle.
+  platform::HMODULE FindResident(std::u16string_view name) const;
+  Library* Resident(platform::HMODULE module) const;
+  const std::vector<Library*>& Residents() const { return m_residents; }
 
  private:
   Machine& m_machine;
   std::map<std::u16string, std::unique_ptr<Library>> m_libraries;  // by their folded paths
+  std::vector<Library*> m_residents;
   std::map<std::type_index, std::shared_ptr<void>> m_states;
 };
 

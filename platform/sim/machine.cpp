@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/sim/drawing_calls.h"
 #include "platform/sim/file_calls.h"
 #include "platform/sim/menu_calls.h"
 #include "platform/sim/module_calls.h"
@@ -14,6 +15,7 @@
 #include "platform/sim/shell_calls.h"
 #include "platform/sim/small_calls.h"
 #include "platform/sim/spooler_calls.h"
+#include "platform/sim/system_libraries.h"
 #include "platform/sim/text.h"
 #include "platform/sim/windowing_calls.h"
 
@@ -34,7 +36,8 @@ struct Machine::Services {
         sections(machine),
         spooler(machine),
         resources(machine),
-        menus(machine, windowing) {}
+        menus(machine, windowing),
+        drawing(machine) {}
 
   RegistryCalls registry;
   FileCalls files;
@@ -51,6 +54,7 @@ struct Machine::Services {
   SecurityCalls security;
   ResourceCalls resources;
   MenuCalls menus;
+  DrawingCalls drawing;
 };
 
 Machine::Machine(std::uint64_t seed)
@@ -65,7 +69,9 @@ Machine::Machine(std::uint64_t seed)
           m_services->registry, m_services->files, m_services->profiles, m_services->objects,
           m_services->process, m_services->modules, m_services->windowing, m_services->shell,
           m_services->system, m_services->nls, m_services->sections, m_services->spooler,
-          m_services->security, m_services->resources, m_services->menus}) {}
+          m_services->security, m_services->resources, m_services->menus, m_services->drawing}) {
+  AddSystemLibraries(m_libraries);
+}
 
 Machine::~Machine() {
   m_observer = nullptr;
@@ -99,7 +105,7 @@ Process& Machine::StartProcess(std::u16string imagePath, std::u16string commandL
   return process;
 }
 
-void Machine::StartThread(Process& process, std::function<void()> body) {
+Thread& Machine::StartThread(Process& process, std::function<void()> body) {
   Thread& thread = m_scheduler.Start(&process, [this, &process, body = std::move(body)] {
     Thread& self = *CurrentThread();
     self.unwinding = process.ending();
@@ -112,10 +118,12 @@ void Machine::StartThread(Process& process, std::function<void()> body) {
     FinishThread(self);
   });
   process.AddThread(thread);
+  return thread;
 }
 
 void Machine::FinishThread(Thread& thread) {
   thread.unwinding = true;
+  m_programs.TellThreadEnded(thread);
   m_objects.Abandon(thread, m_scheduler);
   m_desktop.DropThread(thread);
   thread.process()->RemoveThread(thread);

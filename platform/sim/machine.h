@@ -19,6 +19,7 @@
 
 #include "platform/platform.h"
 #include "platform/sim/desktop.h"
+#include "platform/sim/drawing_state.h"
 #include "platform/sim/file_tree.h"
 #include "platform/sim/library.h"
 #include "platform/sim/named_objects.h"
@@ -62,6 +63,7 @@ class Machine {
   NotificationArea& tray() { return m_tray; }
   Programs& programs() { return m_programs; }
   SystemState& system() { return m_system; }
+  DrawingState& drawing() { return m_drawing; }
   SpoolerState& spooler() { return m_spooler; }
   Libraries& libraries() { return m_libraries; }
   Scheduler& scheduler() { return m_scheduler; }
@@ -74,7 +76,7 @@ class Machine {
   // machine.
   Process& StartProcess(std::u16string imagePath, std::u16string commandLine, Body body);
   // Starts one more thread of a process that runs.
-  void StartThread(Process& process, std::function<void()> body);
+  Thread& StartThread(Process& process, std::function<void()> body);
   // Ends a process from outside, as a log-off does: nothing of its code runs any more.
   void EndProcess(Process& process, std::uint32_t exitCode = 1);
   const std::vector<std::unique_ptr<Process>>& processes() const { return m_processes; }
@@ -111,6 +113,7 @@ class Machine {
   std::function<void(const Event&)> m_observer;
   SystemState m_system;
   SpoolerState m_spooler;
+  DrawingState m_drawing;
   NamedObjects m_objects;
   RegistryTree m_registry;
   FileTree m_files;

@@ -1,6 +1,7 @@
 #include "platform/sim/menu_calls.h"
 
 #include "platform/sim/machine.h"
+#include "platform/sim/menu_drawing.h"
 #include "platform/sim/text.h"
 #include "platform/sim/windowing_calls.h"
 
@@ -235,7 +236,10 @@ bool MenuCalls::TrackPopupMenu(HMENU menu, std::uint32_t flags, std::int32_t x, 
   m_machine.Trace(u"popup menu: " + Shown(place.items()));
   const std::shared_ptr<OpenMenu> open = desktop.menus().Add(
       {.menu = menu, .owner = owner, .flags = flags, .x = x, .y = y, .thread = &call.thread()});
+  MenuDrawing drawing(m_machine, m_windowing, *open);
+  drawing.Show(place.items());
   m_windowing.RunModalLoop(call.thread(), [&] {
+    drawing.FollowPointer();
     return open->closed || desktop.Find(owner) == nullptr || !FindMenu(call.process(), menu);
   });
   desktop.menus().Remove(*open);

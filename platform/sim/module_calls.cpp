@@ -53,11 +53,13 @@ std::shared_ptr<LoadedLibrary> FindLibrary(const Call& call, HMODULE module) {
 template <class Key>
 ExportedFunction FindExport(const Call& call, HMODULE module, Key key) {
   const std::shared_ptr<LoadedLibrary> loaded = FindLibrary(call, module);
+  const Library* resident = call.machine().libraries().Resident(module);
   const bool isProgram = module == HMODULE{} || module == kProgram;  // which exports nothing
-  const bool hasExports = loaded != nullptr && loaded->exports() != nullptr;
-  const ExportedFunction found = hasExports ? loaded->exports()->Find(key) : nullptr;
+  const Library* exports = loaded == nullptr ? resident : loaded->exports();
+  const ExportedFunction found = exports == nullptr ? nullptr : exports->Find(key);
   if (found == nullptr) {
-    call.SetLastError(loaded == nullptr && !isProgram ? ERROR_MOD_NOT_FOUND : ERROR_PROC_NOT_FOUND);
+    const bool isModule = loaded != nullptr || resident != nullptr || isProgram;
+    call.SetLastError(isModule ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND);
   }
   return found;
 }
@@ -73,7 +75,8 @@ HMODULE ModuleCalls::GetModuleHandleW(const char16_t* name) {
   if (call.Failure(ERROR_NO_SYSTEM_RESOURCES)) return HMODULE{};
   if (name == nullptr) return kProgram;
   const std::u16string wanted = WithExtension(View(name));
-  const HMODULE found = FindLoaded(call.process(), wanted);
+  HMODULE found = FindLoaded(call.process(), wanted);
+  if (found == HMODULE{}) found = m_machine.libraries().FindResident(wanted);
   if (found != HMODULE{}) return found;
   const std::u16string image = FoldCase(call.process().imagePath());
   if (FoldCase(wanted) == image || FoldCase(wanted) == LastName(image)) return kProgram;

@@ -30,6 +30,11 @@ bool OpenMenus::Choose(OpenMenu& open, std::uint32_t id) {
   return true;
 }
 
+void OpenMenus::PointAt(OpenMenu& open, std::uint32_t id) {
+  open.pointedAt = id;
+  m_machine.scheduler().Wake(*open.thread);
+}
+
 void OpenMenus::Dismiss(OpenMenu& open) {
   open.closed = true;
   m_machine.scheduler().Wake(*open.thread);

@@ -6,12 +6,21 @@
 #include <optional>
 #include <vector>
 
+#include "platform/sim/drawing_state.h"
 #include "platform/sim/menu.h"
 
 namespace sim {
 
 class Machine;
 class Thread;
+
+// An item of a menu that is shown, as the person before it sees it.
+struct ShownItem {
+  MenuItem item;
+  platform::Rect area;  // from the menu's upper left corner
+  bool isSelected = false;
+  std::vector<Drawn> drawn;  // by the owner when it was last asked to, for an owner-drawn item
+};
 
 // A menu that TrackPopupMenu shows. It goes when that returns.
 struct OpenMenu {
@@ -21,10 +30,13 @@ struct OpenMenu {
   std::int32_t x = 0;
   std::int32_t y = 0;
   Thread* thread = nullptr;
+  platform::Size size;
+  std::vector<ShownItem> shown;
 
   // --- for the simulation ---
   bool closed = false;
   std::optional<std::uint32_t> chosen;
+  std::optional<std::uint32_t> pointedAt;
 };
 
 class OpenMenus {
@@ -41,6 +53,9 @@ class OpenMenus {
   // Chooses the item of that id, in the menu or in one that opens from it: the menu closes, and its
   // owner gets WM_COMMAND. False when there is no such item or it is disabled; the menu stays then.
   bool Choose(OpenMenu& open, std::uint32_t id);
+  // Moves the mouse onto the item of that id, which is drawn anew as selected; the one that was
+  // selected before is drawn anew as well.
+  void PointAt(OpenMenu& open, std::uint32_t id);
   // Closes a menu without a choice, as Escape and a click elsewhere do.
   void Dismiss(OpenMenu& open);
 

@@ -175,6 +175,8 @@ constexpr std::uint32_t kCoreHeaderSize = 12;
 constexpr std::uint32_t kInfoHeaderSize = 40;
 constexpr std::uint32_t kUncompressed = 0;
 constexpr std::uint32_t kBitFields = 3;
+// Windows' drawing has no larger coordinates.
+constexpr std::int64_t kMostPixelsASide = 0x7FFFFFF;
 
 BitmapHeader ReadBitmapHeader(ByteReader& reader) {
   BitmapHeader header;
@@ -217,6 +219,7 @@ std::optional<Picture> ReadBitmap(std::string_view bytes, BitmapUse use) {
   if (reader.failed() || !isHeader || !IsKnownDepth(header.bits)) return std::nullopt;
   const std::int64_t rows = std::abs(header.height) / (use == BitmapUse::kIcon ? 2 : 1);
   if (header.width <= 0 || rows == 0) return std::nullopt;
+  if (header.width > kMostPixelsASide || rows > kMostPixelsASide) return std::nullopt;
 
   std::uint64_t image = header.imageSize;
   if (header.compression == kUncompressed || header.compression == kBitFields) {

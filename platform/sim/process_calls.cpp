@@ -42,6 +42,15 @@ bool ProcessCalls::CreateProcessW(char16_t* commandLine, ProcessInformation* sta
   return error == 0;
 }
 
+HANDLE ProcessCalls::CreateThread(THREADPROC procedure, void* parameter) {
+  Call call("CreateThread");
+  if (call.Failure(ERROR_NOT_ENOUGH_MEMORY)) return HANDLE{};
+  const Thread& thread =
+      m_machine.StartThread(call.process(), [procedure, parameter] { procedure(parameter); });
+  m_machine.Trace(u"started a thread");
+  return m_machine.programs().OpenThread(call.process(), thread);
+}
+
 void ProcessCalls::ExitProcess(std::uint32_t code) {
   const Call call("ExitProcess");
   call.process().BeginEnd(code);

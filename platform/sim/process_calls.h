@@ -16,6 +16,7 @@ class ProcessCalls final : public platform::Processes {
   void SetLastError(std::int32_t error) override;
   void Sleep(std::uint32_t milliseconds) override;
   bool CreateProcessW(char16_t* commandLine, platform::ProcessInformation* started) override;
+  platform::HANDLE CreateThread(platform::THREADPROC procedure, void* parameter) override;
   [[noreturn]] void ExitProcess(std::uint32_t code) override;
 
  private:

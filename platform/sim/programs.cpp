@@ -27,6 +27,26 @@ class Programs::Started final : public Waitable {
   std::u16string m_kind;
 };
 
+class Programs::StartedThread final : public Waitable {
+ public:
+  StartedThread(Machine& machine, const Process& process, const Thread& thread)
+      : Waitable(machine.objects(), u""), m_process(process), m_thread(&thread) {}
+
+  std::u16string Describe() const override { return u"thread of " + m_process.imagePath(); }
+  bool IsFreeFor(const Thread&) const override { return m_thread == nullptr; }
+  std::uint32_t Take(Thread&) override { return WAIT_OBJECT_0; }
+
+  bool IsOf(const Thread& thread) const { return m_thread == &thread; }
+  void TellEnded(Scheduler& scheduler) {
+    m_thread = nullptr;
+    HandOver(scheduler);
+  }
+
+ private:
+  const Process& m_process;
+  const Thread* m_thread;  // null once it has ended
+};
+
 namespace {
 
 constexpr std::u16string_view kBlanks = u" \t";
@@ -112,6 +132,37 @@ Program FindProgram(const Process& process, std::u16string_view commandLine) {
   return result;
 }
 
+std::u16string_view WithoutQuotes(std::u16string_view name) {
+  if (name.size() < 2 || name.front() != u'"' || name.back() != u'"') return name;
+  return name.substr(1, name.size() - 2);
+}
+
+// What ShellExecuteW makes of an error of a start; no failure is above 32.
+std::int64_t ShellResult(std::int32_t error) {
+  constexpr std::int64_t kDone = 33;
+  constexpr std::int64_t kLastFailure = 32;
+  constexpr std::int64_t kNothingKnowsIt = 31;
+  if (error == 0) return kDone;
+  if (error == ERROR_BAD_EXE_FORMAT) return kNothingKnowsIt;
+  return error > kLastFailure ? ERROR_FILE_NOT_FOUND : error;
+}
+
+// The error of the start; 0 when it was one.
+std::int32_t RunForShell(Programs& programs, Process& starter,
+                         const Programs::ShellExecution& execution) {
+  // There is nothing but programs on the machine, and all that they can be is opened.
+  const std::u16string verb = FoldCase(execution.verb);
+  if (!verb.empty() && verb != FoldCase(u"open")) return ERROR_BAD_EXE_FORMAT;
+  std::u16string commandLine = u"\"" + std::u16string(WithoutQuotes(execution.file)) + u"\"";
+  if (!execution.parameters.empty()) commandLine += u" " + execution.parameters;
+  ProcessInformation started;
+  const std::int32_t error = programs.Run(starter, commandLine, &started);
+  if (error != 0) return error;
+  starter.CloseHandle(static_cast<std::uint64_t>(started.process));
+  starter.CloseHandle(static_cast<std::uint64_t>(started.thread));
+  return 0;
+}
+
 }  // namespace
 
 Programs::Programs(Machine& machine) : m_machine(machine) {}
@@ -156,6 +207,26 @@ HANDLE Programs::Open(Process& starter, const Process& process, std::u16string_v
   auto object = std::make_shared<Started>(m_machine, process, kind);
   m_started.push_back(object);
   return HANDLE{starter.AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
+}
+
+std::int64_t Programs::Execute(Process& starter, ShellExecution execution) {
+  execution.time = m_machine.now();
+  execution.starterId = starter.id();
+  execution.result = ShellResult(RunForShell(*this, starter, execution));
+  m_shellExecutions.push_back(execution);
+  return execution.result;
+}
+
+HANDLE Programs::OpenThread(Process& process, const Thread& thread) {
+  auto object = std::make_shared<StartedThread>(m_machine, process, thread);
+  m_threads.push_back(object);
+  return HANDLE{process.AddHandle(std::make_shared<ObjectHandle>(std::move(object)))};
+}
+
+void Programs::TellThreadEnded(const Thread& thread) {
+  std::erase_if(m_threads, [](const auto& object) { return object.expired(); });
+  for (const auto& object : m_threads)
+    if (const auto open = object.lock(); open->IsOf(thread)) open->TellEnded(m_machine.scheduler());
 }
 
 void Programs::TellEnded() {

@@ -25,6 +25,7 @@ namespace sim {
 
 class Machine;
 class Process;
+class Thread;
 
 class Programs {
  public:
@@ -45,30 +46,54 @@ class Programs {
   Programs(const Programs&) = delete;
   Programs& operator=(const Programs&) = delete;
 
+  // What a process had the shell do.
+  struct ShellExecution {
+    std::uint64_t time = 0;
+    std::uint32_t starterId = 0;
+    std::u16string verb;
+    std::u16string file;
+    std::u16string parameters;
+    std::u16string directory;
+    std::int32_t show = 0;
+    std::int64_t result = 0;  // of ShellExecuteW
+  };
+
   // From now on `path` starts that body, in place of an earlier one. A file is made there if there
   // is none; without a file nothing starts.
   void Add(std::u16string_view path, Body body);
 
   // All that processes have started, in order.
   const std::vector<Start>& Starts() const { return m_starts; }
+  // All that processes have had the shell do, in order, also what failed. What is a program there
+  // was started, too.
+  const std::vector<ShellExecution>& ShellExecutions() const { return m_shellExecutions; }
 
   // --- for the simulation ---
 
   // What CreateProcessW does. 0 or its error.
   std::int32_t Run(Process& starter, std::u16string_view commandLine,
                    platform::ProcessInformation* started);
-  // A process has ended: who waits for it goes on.
+  // What ShellExecuteW does, and its result.
+  std::int64_t Execute(Process& starter, ShellExecution execution);
+  // A handle to a thread of the process, to be waited for.
+  platform::HANDLE OpenThread(Process& process, const Thread& thread);
+  // A process or a thread has ended: who waits for it goes on.
   void TellEnded();
+  void TellThreadEnded(const Thread& thread);
 
  private:
   class Started;
+  class StartedThread;
 
   platform::HANDLE Open(Process& starter, const Process& process, std::u16string_view kind);
 
   Machine& m_machine;
   std::map<std::u16string, Body> m_bodies;  // by their folded paths
   std::vector<Start> m_starts;
-  std::vector<std::weak_ptr<Started>> m_started;  // of which there are handles
+  std::vector<ShellExecution> m_shellExecutions;
+  // Of which there are handles.
+  std::vector<std::weak_ptr<Started>> m_started;
+  std::vector<std::weak_ptr<StartedThread>> m_threads;
 };
 
 }  // namespace sim

@@ -33,16 +33,6 @@ Handle GiveOrFail(const Call& call, std::shared_ptr<Body> body) {
   return Handle{call.process().AddHandle(std::move(body))};
 }
 
-template <class Body, class Handle>
-bool GiveBack(Call& call, Handle handle, std::int32_t error) {
-  if (call.Inert()) return true;
-  if (call.Failure(error)) return false;
-  const auto number = static_cast<std::uint64_t>(handle);
-  if (call.process().FindHandle<Body>(number) != nullptr) return call.process().CloseHandle(number);
-  call.SetLastError(error);
-  return false;
-}
-
 }  // namespace
 
 std::uint16_t ResourceCalls::Language() const { return m_machine.system().userLanguage; }
@@ -100,7 +90,13 @@ HICON ResourceCalls::LoadImageW(HMODULE module, std::uint16_t id, std::uint32_t 
 
 bool ResourceCalls::DestroyIcon(HICON icon) {
   Call call("DestroyIcon", Call::kRelease);
-  return GiveBack<LoadedIcon>(call, icon, ERROR_INVALID_ICON_HANDLE);
+  if (call.Inert()) return true;
+  if (call.Failure(ERROR_INVALID_ICON_HANDLE)) return false;
+  const auto number = static_cast<std::uint64_t>(icon);
+  if (call.process().FindHandle<LoadedIcon>(number) != nullptr)
+    return call.process().CloseHandle(number);
+  call.SetLastError(ERROR_INVALID_ICON_HANDLE);
+  return false;
 }
 
 HBITMAP ResourceCalls::LoadBitmapW(HMODULE module, std::uint16_t id) {
@@ -114,11 +110,6 @@ HBITMAP ResourceCalls::LoadBitmapW(HMODULE module, std::uint16_t id) {
     }
   }
   return GiveOrFail<HBITMAP>(call, std::move(bitmap));
-}
-
-bool ResourceCalls::DeleteObject(HBITMAP bitmap) {
-  Call call("DeleteObject", Call::kRelease);
-  return GiveBack<LoadedBitmap>(call, bitmap, ERROR_INVALID_HANDLE);
 }
 
 }  // namespace sim

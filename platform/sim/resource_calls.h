@@ -57,7 +57,6 @@ class ResourceCalls final : public platform::Resources {
                              std::int32_t width, std::int32_t height, std::uint32_t flags) override;
   bool DestroyIcon(platform::HICON icon) override;
   platform::HBITMAP LoadBitmapW(platform::HMODULE module, std::uint16_t id) override;
-  bool DeleteObject(platform::HBITMAP bitmap) override;
 
  private:
   std::uint16_t Language() const;

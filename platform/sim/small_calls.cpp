@@ -35,6 +35,11 @@ void SystemCalls::GetLocalTime(LocalTime* time) {
   time->hour = part(24);
 }
 
+std::int64_t SystemCalls::time() {
+  const Call call("time");
+  return m_machine.system().startSeconds + static_cast<std::int64_t>(m_machine.now() / 1000);
+}
+
 bool SystemCalls::GetVersionExW(OsVersion* version) {
   Call call("GetVersionExW");
   if (call.Failure(ERROR_INSUFFICIENT_BUFFER)) return false;

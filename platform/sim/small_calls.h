@@ -13,6 +13,7 @@ class SystemCalls final : public platform::SystemInfo {
   explicit SystemCalls(Machine& machine) : m_machine(machine) {}
   std::uint32_t GetTickCount() override;
   void GetLocalTime(platform::LocalTime* time) override;
+  std::int64_t time() override;
   bool GetVersionExW(platform::OsVersion* version) override;
   std::uint32_t GetSystemDirectoryW(char16_t* path, std::uint32_t chars) override;
 

@@ -15,6 +15,8 @@ struct SystemState {
   // Local time when the machine is made. Days are counted on within the month: a machine that runs
   // past its end shows days that no calendar has.
   platform::LocalTime startTime{2026, 1, 5, 9, 0, 0, 0};
+  // Seconds since the beginning of 1970 when the machine is made, in universal time.
+  std::int64_t startSeconds = 1767603600;
   platform::OsVersion version{10, 0, platform::VER_PLATFORM_WIN32_NT, 1};
   bool versionIsKnown = true;
   std::uint32_t systemLocale = 0x0409;

@@ -102,12 +102,22 @@ void WindowingCalls::RemoveWindow(HWND handle) {
   std::erase_if(queue.sent, [&](const auto& sent) { return sent->message.window == handle; });
 }
 
+// Oldest first.
+std::vector<HWND> WindowingCalls::ChildrenOf(HWND parent) const {
+  std::vector<HWND> children;
+  for (const auto& [handle, window] : desktop().m_windows)
+    if ((window->style & WS_CHILD) != 0 && window->owner == parent) children.push_back(handle);
+  return children;
+}
+
 void WindowingCalls::TearDown(Window& window) {
   if (window.destroying) return;
   window.destroying = true;
   const HWND handle = window.handle;
   m_machine.Trace(u"destroying window " + NameOf(handle));
   CallProcedure({handle, WM_DESTROY, 0, 0});
+  for (const HWND child : ChildrenOf(handle))
+    if (Window* left = desktop().Find(child)) TearDown(*left);
   // The boxes that it owns go with it; MessageBoxW finds out by itself.
   for (Window* box : desktop().Boxes())
     if (box->owner == handle) RemoveWindow(box->handle);
@@ -237,6 +247,49 @@ bool WindowingCalls::GetCursorPos(Point* point) {
   if (call.Failure(ERROR_ACCESS_DENIED)) return false;
   *point = desktop().m_mouse;
   return true;
+}
+
+bool WindowingCalls::EnumWindows(WNDENUMPROC callback, LPARAM argument) {
+  Call call("EnumWindows");
+  if (call.Failure(ERROR_NOT_ENOUGH_MEMORY)) return false;
+  for (const HWND window : desktop().TopLevelWindows()) {
+    if (desktop().Find(window) != nullptr && callback(window, argument) == 0) return false;
+  }
+  return true;
+}
+
+HANDLE WindowingCalls::GetPropW(HWND handle, const char16_t* name) {
+  Call call("GetPropW");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return HANDLE{};
+  const Window* window = FindWindow(call, handle);
+  if (window == nullptr) return HANDLE{};
+  const auto found = window->properties.find(FoldCase(View(name)));
+  return found == window->properties.end() ? HANDLE{} : HANDLE{found->second};
+}
+
+bool WindowingCalls::SetWindowPos(HWND handle, HWND insertAfter, std::int32_t, std::int32_t,
+                                  std::int32_t, std::int32_t, std::uint32_t flags) {
+  constexpr std::uint32_t kTopmost = 8;  // WS_EX_TOPMOST
+  Call call("SetWindowPos");
+  if (call.Failure(ERROR_ACCESS_DENIED)) return false;
+  Window* window = FindWindow(call, handle);
+  if (window == nullptr) return false;
+  if (insertAfter == HWND_TOPMOST) window->exStyle |= kTopmost;
+  if (insertAfter == HWND_NOTOPMOST) window->exStyle &= ~kTopmost;
+  if ((flags & SWP_SHOWWINDOW) != 0) window->visible = true;
+  m_machine.Trace(u"placed window " + NameOf(handle) +
+                  (insertAfter == HWND_TOPMOST ? u" in front for good" : u" among the others") +
+                  u", flags " + Decimal(flags));
+  return true;
+}
+
+HWND WindowingCalls::GetDlgItem(HWND dialog, std::int32_t id) {
+  Call call("GetDlgItem");
+  if (call.Failure(ERROR_INVALID_WINDOW_HANDLE)) return HWND{};
+  if (FindWindow(call, dialog) == nullptr) return HWND{};
+  for (const HWND child : ChildrenOf(dialog))
+    if (desktop().Find(child)->controlId == id) return child;
+  return HWND{};
 }
 
 LRESULT WindowingCalls::DefWindowProcW(HWND handle, std::uint32_t message, WPARAM, LPARAM) {

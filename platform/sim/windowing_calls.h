@@ -33,6 +33,12 @@ class WindowingCalls final : public platform::Windowing {
   platform::HWND GetParent(platform::HWND window) override;
   std::int16_t GetAsyncKeyState(std::int32_t key) override;
   bool GetCursorPos(platform::Point* point) override;
+  bool EnumWindows(platform::WNDENUMPROC callback, platform::LPARAM argument) override;
+  platform::HANDLE GetPropW(platform::HWND window, const char16_t* name) override;
+  bool SetWindowPos(platform::HWND window, platform::HWND insertAfter, std::int32_t x,
+                    std::int32_t y, std::int32_t width, std::int32_t height,
+                    std::uint32_t flags) override;
+  platform::HWND GetDlgItem(platform::HWND dialog, std::int32_t id) override;
   platform::LRESULT DefWindowProcW(platform::HWND window, std::uint32_t message,
                                    platform::WPARAM wParam, platform::LPARAM lParam) override;
   bool PostMessageW(platform::HWND window, std::uint32_t message, platform::WPARAM wParam,
@@ -54,6 +60,8 @@ class WindowingCalls final : public platform::Windowing {
   // Handles the thread's messages until `ended` holds or WM_QUIT has come, which stays for the loop
   // outside.
   void RunModalLoop(Thread& thread, const std::function<bool()>& ended);
+  // Has a window of the running thread handle a message of the system's.
+  platform::LRESULT CallProcedure(const platform::Message& message);
 
  private:
   Desktop& desktop() const;
@@ -62,8 +70,8 @@ class WindowingCalls final : public platform::Windowing {
   // Null with the error set when there is no such window.
   Window* FindWindow(const Call& call, platform::HWND window) const;
   void RemoveWindow(platform::HWND window);
+  std::vector<platform::HWND> ChildrenOf(platform::HWND parent) const;
   void TearDown(Window& window);
-  platform::LRESULT CallProcedure(const platform::Message& message);
   void HandleSent(Thread& thread);
   platform::LRESULT SendTo(Thread& sender, const platform::Message& message);
   bool TakeMessage(Thread& thread, platform::Message* message);

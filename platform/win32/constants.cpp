@@ -6,6 +6,7 @@
 
 #include "platform/owner_draw.h"
 #include "platform/platform.h"
+#include "platform/stock_icon.h"
 
 // clang-format off
 #define FOR_EACH_NUMBER(USE)                                                                       \
@@ -23,8 +24,8 @@
   USE(ERROR_CANNOT_FIND_WND_CLASS) USE(ERROR_NO_SYSTEM_RESOURCES)                                  \
   /* registry.h */                                                                                 \
   USE(KEY_QUERY_VALUE) USE(KEY_SET_VALUE) USE(KEY_CREATE_SUB_KEY) USE(KEY_ENUMERATE_SUB_KEYS)      \
-  USE(KEY_READ) USE(KEY_ALL_ACCESS) USE(REG_NONE) USE(REG_SZ) USE(REG_EXPAND_SZ) USE(REG_BINARY)   \
-  USE(REG_DWORD) USE(REG_DWORD_BIG_ENDIAN) USE(REG_MULTI_SZ) USE(REG_CREATED_NEW_KEY)              \
+  USE(KEY_READ) USE(KEY_WRITE) USE(KEY_ALL_ACCESS) USE(REG_NONE) USE(REG_SZ) USE(REG_EXPAND_SZ)    \
+  USE(REG_BINARY) USE(REG_DWORD) USE(REG_DWORD_BIG_ENDIAN) USE(REG_MULTI_SZ) USE(REG_CREATED_NEW_KEY)              \
   USE(REG_OPENED_EXISTING_KEY)                                                                     \
   /* files.h */                                                                                    \
   USE(GENERIC_READ) USE(GENERIC_WRITE) USE(FILE_APPEND_DATA) USE(FILE_SHARE_READ)                  \
@@ -62,7 +63,15 @@
   USE(ERROR_POPUP_ALREADY_ACTIVE) USE(ERROR_MENU_ITEM_NOT_FOUND)                                   \
   /* shell.h */                                                                                    \
   USE(CSIDL_COMMON_APPDATA) USE(NIM_ADD) USE(NIM_MODIFY) USE(NIM_DELETE) USE(NIF_MESSAGE)          \
-  USE(NIF_ICON) USE(NIF_TIP)                                                                       \
+  USE(NIF_ICON) USE(NIF_TIP) USE(SW_SHOWNORMAL)                                                    \
+  /* drawing.h */                                                                                  \
+  USE(SM_CYMENU) USE(SM_CXMENUCHECK) USE(COLOR_MENU) USE(COLOR_MENUTEXT) USE(COLOR_HIGHLIGHT)      \
+  USE(COLOR_HIGHLIGHTTEXT) USE(CLR_INVALID) USE(TA_LEFT) USE(TA_RIGHT) USE(TA_RTLREADING)          \
+  USE(GDI_ERROR) USE(SRCCOPY) USE(DI_NORMAL) USE(SPI_GETNONCLIENTMETRICS)                          \
+  /* owner_draw.h */                                                                               \
+  USE(ODT_MENU) USE(ODA_DRAWENTIRE) USE(ODA_SELECT) USE(ODS_SELECTED)                              \
+  /* stock_icon.h */                                                                               \
+  USE(SIID_SHIELD) USE(SHGSI_ICON) USE(SHGSI_SMALLICON)                                            \
   /* processes.h */                                                                                \
   USE(ERROR_FILENAME_EXCED_RANGE)                                                                  \
   /* windowing.h */                                                                                \
@@ -70,7 +79,8 @@
   USE(WM_MEASUREITEM) USE(WM_NCCREATE) USE(WM_NCDESTROY) USE(WM_COMMAND) USE(WM_TIMER)             \
   USE(WM_LBUTTONDOWN) USE(WM_LBUTTONUP) USE(WM_LBUTTONDBLCLK) USE(WM_RBUTTONDOWN)                  \
   USE(WM_RBUTTONUP) USE(WM_USER) USE(WS_VISIBLE) USE(WS_CHILD) USE(GWL_STYLE)                      \
-  USE(VK_SHIFT) USE(VK_CONTROL) USE(VK_SPACE)                                                      \
+  USE(VK_SHIFT) USE(VK_CONTROL) USE(VK_SPACE) USE(SWP_NOSIZE) USE(SWP_NOMOVE)                      \
+  USE(SWP_NOACTIVATE) USE(SWP_SHOWWINDOW)                                                          \
   USE(CS_BYTEALIGNWINDOW) USE(WS_OVERLAPPEDWINDOW) USE(WS_MINIMIZE) USE(CW_USEDEFAULT)             \
   USE(SW_HIDE) USE(MB_OK) USE(MB_RIGHT) USE(MB_RTLREADING) USE(IDOK) USE(IDCANCEL)                 \
   USE(USER_TIMER_MINIMUM)
@@ -103,7 +113,8 @@ static_assert(std::ranges::equal(ours_nt.value, theirs_nt.Value));
 static_assert(sizeof(platform::SidIdentifierAuthority) == sizeof(SID_IDENTIFIER_AUTHORITY));
 
 // A handle constant is a pointer, which no constant expression may hold: the predefined registry
-// keys and INVALID_HANDLE_VALUE are proven by the contract tests that use them.
+// keys, INVALID_HANDLE_VALUE and the places of SetWindowPos are proven by the contract tests that
+// use them.
 
 #define PROVE_SAME_PLACE(Ours, ourMember, Theirs, theirMember)                          \
   static_assert(offsetof(platform::Ours, ourMember) == offsetof(Theirs, theirMember) && \
@@ -112,6 +123,62 @@ static_assert(sizeof(platform::SidIdentifierAuthority) == sizeof(SID_IDENTIFIER_
 static_assert(sizeof(platform::Point) == sizeof(POINT));
 PROVE_SAME_PLACE(Point, x, POINT, x)
 PROVE_SAME_PLACE(Point, y, POINT, y)
+
+static_assert(sizeof(platform::Size) == sizeof(SIZE));
+PROVE_SAME_PLACE(Size, width, SIZE, cx)
+PROVE_SAME_PLACE(Size, height, SIZE, cy)
+
+static_assert(sizeof(platform::Rect) == sizeof(RECT));
+PROVE_SAME_PLACE(Rect, left, RECT, left)
+PROVE_SAME_PLACE(Rect, top, RECT, top)
+PROVE_SAME_PLACE(Rect, right, RECT, right)
+PROVE_SAME_PLACE(Rect, bottom, RECT, bottom)
+
+static_assert(sizeof(platform::LogFont) == sizeof(LOGFONTW));
+PROVE_SAME_PLACE(LogFont, height, LOGFONTW, lfHeight)
+PROVE_SAME_PLACE(LogFont, width, LOGFONTW, lfWidth)
+PROVE_SAME_PLACE(LogFont, escapement, LOGFONTW, lfEscapement)
+PROVE_SAME_PLACE(LogFont, orientation, LOGFONTW, lfOrientation)
+PROVE_SAME_PLACE(LogFont, weight, LOGFONTW, lfWeight)
+PROVE_SAME_PLACE(LogFont, italic, LOGFONTW, lfItalic)
+PROVE_SAME_PLACE(LogFont, underline, LOGFONTW, lfUnderline)
+PROVE_SAME_PLACE(LogFont, strikeOut, LOGFONTW, lfStrikeOut)
+PROVE_SAME_PLACE(LogFont, charSet, LOGFONTW, lfCharSet)
+PROVE_SAME_PLACE(LogFont, outPrecision, LOGFONTW, lfOutPrecision)
+PROVE_SAME_PLACE(LogFont, clipPrecision, LOGFONTW, lfClipPrecision)
+PROVE_SAME_PLACE(LogFont, quality, LOGFONTW, lfQuality)
+PROVE_SAME_PLACE(LogFont, pitchAndFamily, LOGFONTW, lfPitchAndFamily)
+PROVE_SAME_PLACE(LogFont, faceName, LOGFONTW, lfFaceName)
+
+// 504 bytes, as the agent says when it asks.
+static_assert(sizeof(platform::NonClientMetrics) == sizeof(NONCLIENTMETRICSW));
+static_assert(sizeof(platform::NonClientMetrics) == 504);
+PROVE_SAME_PLACE(NonClientMetrics, size, NONCLIENTMETRICSW, cbSize)
+PROVE_SAME_PLACE(NonClientMetrics, borderWidth, NONCLIENTMETRICSW, iBorderWidth)
+PROVE_SAME_PLACE(NonClientMetrics, captionFont, NONCLIENTMETRICSW, lfCaptionFont)
+PROVE_SAME_PLACE(NonClientMetrics, smallCaptionFont, NONCLIENTMETRICSW, lfSmCaptionFont)
+PROVE_SAME_PLACE(NonClientMetrics, menuWidth, NONCLIENTMETRICSW, iMenuWidth)
+PROVE_SAME_PLACE(NonClientMetrics, menuFont, NONCLIENTMETRICSW, lfMenuFont)
+PROVE_SAME_PLACE(NonClientMetrics, statusFont, NONCLIENTMETRICSW, lfStatusFont)
+PROVE_SAME_PLACE(NonClientMetrics, messageFont, NONCLIENTMETRICSW, lfMessageFont)
+PROVE_SAME_PLACE(NonClientMetrics, paddedBorderWidth, NONCLIENTMETRICSW, iPaddedBorderWidth)
+
+static_assert(sizeof(platform::Bitmap) == sizeof(BITMAP));
+PROVE_SAME_PLACE(Bitmap, type, BITMAP, bmType)
+PROVE_SAME_PLACE(Bitmap, width, BITMAP, bmWidth)
+PROVE_SAME_PLACE(Bitmap, height, BITMAP, bmHeight)
+PROVE_SAME_PLACE(Bitmap, bytesOfLine, BITMAP, bmWidthBytes)
+PROVE_SAME_PLACE(Bitmap, planes, BITMAP, bmPlanes)
+PROVE_SAME_PLACE(Bitmap, bitsPerPixel, BITMAP, bmBitsPixel)
+PROVE_SAME_PLACE(Bitmap, bits, BITMAP, bmBits)
+
+static_assert(sizeof(platform::StockIconInfo) == sizeof(SHSTOCKICONINFO));
+static_assert(sizeof(platform::StockIconInfo) == 544);
+PROVE_SAME_PLACE(StockIconInfo, size, SHSTOCKICONINFO, cbSize)
+PROVE_SAME_PLACE(StockIconInfo, icon, SHSTOCKICONINFO, hIcon)
+PROVE_SAME_PLACE(StockIconInfo, systemImage, SHSTOCKICONINFO, iSysImageIndex)
+PROVE_SAME_PLACE(StockIconInfo, index, SHSTOCKICONINFO, iIcon)
+PROVE_SAME_PLACE(StockIconInfo, path, SHSTOCKICONINFO, szPath)
 
 static_assert(sizeof(platform::ProcessInformation) == sizeof(PROCESS_INFORMATION));
 PROVE_SAME_PLACE(ProcessInformation, process, PROCESS_INFORMATION, hProcess)
@@ -135,10 +202,7 @@ PROVE_SAME_PLACE(DrawItem, action, DRAWITEMSTRUCT, itemAction)
 PROVE_SAME_PLACE(DrawItem, state, DRAWITEMSTRUCT, itemState)
 PROVE_SAME_PLACE(DrawItem, owner, DRAWITEMSTRUCT, hwndItem)
 PROVE_SAME_PLACE(DrawItem, deviceContext, DRAWITEMSTRUCT, hDC)
-PROVE_SAME_PLACE(DrawItem, left, DRAWITEMSTRUCT, rcItem.left)
-PROVE_SAME_PLACE(DrawItem, top, DRAWITEMSTRUCT, rcItem.top)
-PROVE_SAME_PLACE(DrawItem, right, DRAWITEMSTRUCT, rcItem.right)
-PROVE_SAME_PLACE(DrawItem, bottom, DRAWITEMSTRUCT, rcItem.bottom)
+PROVE_SAME_PLACE(DrawItem, area, DRAWITEMSTRUCT, rcItem)
 PROVE_SAME_PLACE(DrawItem, itemData, DRAWITEMSTRUCT, itemData)
 
 static_assert(sizeof(platform::PrinterDefaults) == sizeof(PRINTER_DEFAULTSW));

@@ -23,6 +23,12 @@ class ProcessesOfWindows final : public Processes {
                             nullptr, &startup, startedOfTheirs) != FALSE;
   }
 
+  HANDLE CreateThread(THREADPROC procedure, void* parameter) override {
+    // Windows' type differs in the names of its types only; 64-bit Windows has one way of calling.
+    auto* start = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void (*)()>(procedure));
+    return handle_cast<HANDLE>(::CreateThread(nullptr, 0, start, parameter, 0, nullptr));
+  }
+
   [[noreturn]] void ExitProcess(std::uint32_t code) override { ::ExitProcess(code); }
 };
 

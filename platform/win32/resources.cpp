@@ -30,10 +30,6 @@ class ResourcesOfWindows final : public Resources {
     return handle_cast<HBITMAP>(
         ::LoadBitmapW(handle_cast<HINSTANCE>(module), MAKEINTRESOURCEW(id)));
   }
-
-  bool DeleteObject(HBITMAP bitmap) override {
-    return ::DeleteObject(handle_cast<::HBITMAP>(bitmap)) != FALSE;
-  }
 };
 
 }  // namespace

@@ -21,5 +21,6 @@ Spooler& Win32Spooler();
 Security& Win32Security();
 Resources& Win32Resources();
 Menus& Win32Menus();
+Drawing& Win32Drawing();
 
 }  // namespace platform

@@ -17,6 +17,14 @@ class ShellOfWindows final : public Shell {
     return ::SHGetSpecialFolderPathW(nullptr, text_cast(path), folder, create);
   }
 
+  std::int64_t ShellExecuteW(HWND owner, const char16_t* verb, const char16_t* file,
+                             const char16_t* parameters, const char16_t* directory,
+                             std::int32_t show) override {
+    return reinterpret_cast<std::intptr_t>(
+        ::ShellExecuteW(handle_cast<::HWND>(owner), text_cast(verb), text_cast(file),
+                        text_cast(parameters), text_cast(directory), show));
+  }
+
   bool Shell_NotifyIconW(std::uint32_t message, const NotifyIconData& data) override {
     NOTIFYICONDATAW native{};
     static_assert(sizeof(native) == 976 && sizeof(native.szTip) == sizeof(data.tip));

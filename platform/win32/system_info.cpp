@@ -2,6 +2,8 @@
 #include "platform/win32/conversion.h"
 #include "platform/win32/services.h"
 
+#include <ctime>
+
 namespace platform {
 namespace {
 
@@ -20,6 +22,8 @@ class SystemInfoOfWindows final : public SystemInfo {
              .second = native.wSecond,
              .milliseconds = native.wMilliseconds};
   }
+
+  std::int64_t time() override { return ::_time64(nullptr); }
 
   bool GetVersionExW(OsVersion* version) override {
     OSVERSIONINFOEXW native{};

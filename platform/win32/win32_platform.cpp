@@ -20,6 +20,7 @@ const Platform& Os() {
       .security = Win32Security(),
       .resources = Win32Resources(),
       .menus = Win32Menus(),
+      .drawing = Win32Drawing(),
   };
   return system;
 }

@@ -63,7 +63,7 @@ class WindowingOfWindows final : public Windowing {
     native.style = windowClass.style;
     native.lpfnWndProc = CallOurProcedure;
     native.hInstance = handle_cast<HINSTANCE>(windowClass.instance);
-    native.hbrBackground = reinterpret_cast<HBRUSH>(windowClass.background);
+    native.hbrBackground = reinterpret_cast<::HBRUSH>(windowClass.background);
     native.lpszClassName = text_cast(windowClass.className);
     const ATOM atom = ::RegisterClassW(&native);
     if (atom != 0) Procedures().Add(atom, windowClass.procedure);
@@ -123,6 +123,25 @@ class WindowingOfWindows final : public Windowing {
 
   bool GetCursorPos(Point* point) override {
     return ::GetCursorPos(reinterpret_cast<POINT*>(point)) != FALSE;  // of the same layout
+  }
+
+  bool EnumWindows(platform::WNDENUMPROC callback, LPARAM argument) override {
+    auto* native = reinterpret_cast<::WNDENUMPROC>(reinterpret_cast<void (*)()>(callback));
+    return ::EnumWindows(native, argument) != FALSE;
+  }
+
+  HANDLE GetPropW(HWND window, const char16_t* name) override {
+    return handle_cast<HANDLE>(::GetPropW(handle_cast<::HWND>(window), text_cast(name)));
+  }
+
+  bool SetWindowPos(HWND window, HWND insertAfter, std::int32_t x, std::int32_t y,
+                    std::int32_t width, std::int32_t height, std::uint32_t flags) override {
+    return ::SetWindowPos(handle_cast<::HWND>(window), handle_cast<::HWND>(insertAfter), x, y,
+                          width, height, flags) != FALSE;
+  }
+
+  HWND GetDlgItem(HWND dialog, std::int32_t id) override {
+    return handle_cast<HWND>(::GetDlgItem(handle_cast<::HWND>(dialog), id));
   }
 
   LRESULT DefWindowProcW(HWND window, std::uint32_t message, WPARAM wParam,

@@ -13,8 +13,12 @@ namespace platform {
 
 // Whether the program shows a menu.
 bool IsMenuShown();
-// Chooses from the menu that is shown for `owner`, counting from 0 what can be chosen.
+// Chooses from the menu that is shown for `owner`, counting from 0 what can be chosen. Nothing of
+// it is selected so far.
 void ChooseFromMenu(HWND owner, int index);
+// Has the next of what can be chosen selected, the first one at first. It is seen once the thread
+// handles messages again.
+void SelectNextInMenu(HWND owner);
 // Closes it by Escape.
 void EscapeFromMenu(HWND owner);
 

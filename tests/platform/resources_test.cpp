@@ -152,7 +152,7 @@ TEST_F(ModuleResources, ABitmapIsLoadedWhateverItsColors) {
   for (const std::uint16_t id : std::initializer_list<std::uint16_t>{920, 921, 922, 923, 924}) {
     OwnedBitmap bitmap(resources.LoadBitmapW(library.get(), id));
     EXPECT_TRUE(bitmap) << id;
-    EXPECT_TRUE(resources.DeleteObject(bitmap.Release())) << id;
+    EXPECT_TRUE(os.drawing.DeleteObject(AsObject(bitmap.Release()))) << id;
   }
 }
 
@@ -168,7 +168,8 @@ TEST_F(ModuleResources, WhatIsNoBitmapIsNotDeleted) {
   OwnedBitmap bitmap(resources.LoadBitmapW(library.get(), 920));
   const HBITMAP deleted = bitmap.get();
   bitmap.Reset();
-  for (const HBITMAP none : {HBITMAP{}, deleted}) EXPECT_FALSE(resources.DeleteObject(none));
+  for (const HBITMAP none : {HBITMAP{}, deleted})
+    EXPECT_FALSE(os.drawing.DeleteObject(AsObject(none)));
 }
 
 // --- The module
@@ -210,7 +211,7 @@ TEST_F(ModuleResources, WhatWasLoadedStaysWhenItsModuleGoes) {
   EXPECT_TRUE(os.menus.GetMenuItemInfoW(menu.get(), 900, false, &info));
   EXPECT_EQ(std::u16string(text), u"Name");
   EXPECT_TRUE(resources.DestroyIcon(icon.Release()));
-  EXPECT_TRUE(resources.DeleteObject(bitmap.Release()));
+  EXPECT_TRUE(os.drawing.DeleteObject(AsObject(bitmap.Release())));
 }
 
 TEST_F(ModuleResources, AModuleMayHaveNoResources) {

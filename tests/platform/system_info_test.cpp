@@ -49,6 +49,16 @@ TEST_F(SystemClock, TheLocalTimeIsADateAndATimeOfDay) {
   EXPECT_LE(now.milliseconds, 999);
 }
 
+TEST_F(SystemClock, TheTimeIsInSecondsSince1970) {
+  const std::int64_t start = os.system.time();
+  EXPECT_GT(start, 1577836800);  // the beginning of 2020
+  EXPECT_LT(start, 4102444800);  // the beginning of 2100
+  os.process.Sleep(1200);
+  const std::int64_t passed = os.system.time() - start;
+  EXPECT_GE(passed, 1);
+  EXPECT_LE(passed, 6);
+}
+
 TEST_F(SystemVersion, ItTellsANewEnoughWindows) {
   OsVersion version;
   ASSERT_TRUE(os.system.GetVersionExW(&version));

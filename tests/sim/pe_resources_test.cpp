@@ -257,6 +257,9 @@ TEST(PeResources, ABitmapThatIsTamperedWithIsNone) {
   EXPECT_FALSE(Bitmap(With(file, header + 14, Bytes(0, 2)), 924));
   EXPECT_FALSE(Bitmap(With(file, header + 14, Bytes(8, 2)), 924));
   EXPECT_FALSE(Bitmap(With(file, header + 32, Bytes(0xFFFFFFFF)), 924));  // colours
+  // Sizes whose sum is more than 64 bits hold.
+  const std::string sides = Bytes(0x7FFFFFFF) + Bytes(0x80000000) + Bytes(1, 2) + Bytes(32, 2);
+  EXPECT_FALSE(Bitmap(With(With(file, header + 4, sides), header + 32, Bytes(0x7FFFFFFF)), 924));
 }
 
 }  // namespace

@@ -102,7 +102,7 @@ TEST_F(SimulatedResources, AnIconIsNeitherABitmapNorAKernelObject) {
   const OwnedModule library = Load();
   const OwnedIcon icon(resources.LoadImageW(library.get(), 700, IMAGE_ICON, 16, 16, 0));
   const auto number = static_cast<std::uint64_t>(icon.get());
-  EXPECT_FALSE(resources.DeleteObject(HBITMAP{number}));
+  EXPECT_FALSE(Os().drawing.DeleteObject(HGDIOBJ{number}));
   EXPECT_FALSE(Os().menus.DestroyMenu(HMENU{number}));
   EXPECT_FALSE(Os().objects.CloseHandle(HANDLE{number}));
   EXPECT_EQ(Held().size(), 2u);

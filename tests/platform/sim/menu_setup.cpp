@@ -16,6 +16,12 @@ sim::OpenMenu* MenuOf(HWND owner) {
   return nullptr;
 }
 
+std::vector<sim::MenuItem> WhatCanBeChosen(const sim::OpenMenu& menu) {
+  std::vector<sim::MenuItem> items = Shown().ItemsOf(menu);
+  std::erase_if(items, [](const sim::MenuItem& item) { return !item.CanBeChosen(); });
+  return items;
+}
+
 }  // namespace
 
 bool IsMenuShown() { return !Shown().List().empty(); }
@@ -23,9 +29,16 @@ bool IsMenuShown() { return !Shown().List().empty(); }
 void ChooseFromMenu(HWND owner, int index) {
   sim::OpenMenu* menu = MenuOf(owner);
   if (menu == nullptr) return;
-  std::vector<sim::MenuItem> items = Shown().ItemsOf(*menu);
-  std::erase_if(items, [](const sim::MenuItem& item) { return !item.CanBeChosen(); });
+  const std::vector<sim::MenuItem> items = WhatCanBeChosen(*menu);
   EXPECT_TRUE(Shown().Choose(*menu, items.at(static_cast<std::size_t>(index)).id));
+}
+
+void SelectNextInMenu(HWND owner) {
+  sim::OpenMenu* menu = MenuOf(owner);
+  if (menu == nullptr) return;
+  const std::vector<sim::MenuItem> items = WhatCanBeChosen(*menu);
+  const auto selected = std::ranges::find(items, menu->pointedAt, &sim::MenuItem::id);
+  Shown().PointAt(*menu, selected == items.end() ? items.at(0).id : std::next(selected)->id);
 }
 
 void EscapeFromMenu(HWND owner) {

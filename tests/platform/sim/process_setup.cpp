@@ -16,6 +16,10 @@ std::uint32_t NumberAt(std::u16string_view text) {
   return number;
 }
 
+LRESULT LeaveToTheSystem(HWND window, std::uint32_t message, WPARAM wParam, LPARAM lParam) {
+  return Os().windowing.DefWindowProcW(window, message, wParam, lParam);
+}
+
 }  // namespace
 
 void MakeProgram(const std::u16string& path) {
@@ -24,6 +28,9 @@ void MakeProgram(const std::u16string& path) {
     const std::u16string_view text(arguments);
     const std::u16string_view told = text.substr(std::min(text.find(kMark), text.size()));
     machine.files().WriteUtf16(path + u".txt", told);
+    Windowing& windowing = Os().windowing;
+    windowing.RegisterClassW({.procedure = LeaveToTheSystem, .className = u"Child"});
+    windowing.CreateWindowExW(0, u"Child", path.c_str(), WS_OVERLAPPEDWINDOW, HMODULE{});
     if (told.size() > kMark.size()) Os().process.Sleep(NumberAt(told.substr(kMark.size() + 1)));
     return 0U;
   });

@@ -21,6 +21,8 @@ void ChooseFromMenu(HWND owner, int index) {
   Press(owner, VK_RETURN);
 }
 
+void SelectNextInMenu(HWND owner) { Press(owner, VK_DOWN); }
+
 void EscapeFromMenu(HWND owner) { Press(owner, VK_ESCAPE); }
 
 }  // namespace platform

@@ -21,6 +21,8 @@ struct Child {
     if (told == nullptr) return;
     wchar_t path[MAX_PATH + 4] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
+    CreateWindowExW(0, L"STATIC", path, WS_OVERLAPPEDWINDOW, 0, 0, 9, 9, nullptr, nullptr, nullptr,
+                    nullptr);
     std::wcscat(path, L".txt");
     const ::HANDLE file = ::CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
