@@ -1,7 +1,6 @@
 // Counting, and what has to be there for it.
 #include "Common/CVglLog.h"
 
-#include <atomic>
 #include <cstddef>
 #include <string_view>
 
@@ -25,17 +24,22 @@ constexpr std::int64_t kVersionChars = 8;  // 16 bytes, with the terminator
 }  // namespace
 
 std::int32_t CVglLog::Increment(std::int32_t kind, std::int32_t index, const char16_t* printer) {
+  const CVglLogTurn turn(m_cLock);
+  return turn ? Count(kind, index, printer) : kVglLogFailed;
+}
+
+std::int32_t CVglLog::Count(std::int32_t kind, std::int32_t index, const char16_t* printer) {
   const std::int32_t result = InitializeLogBuffer(kind, printer);
   if (result < 0) return result;
   if (FindVglLogKind(m_nLogKind) == nullptr) FatalError();  // "0"
-  // Nobody waits for anybody, but two threads may count at once.
-  if (std::uint32_t* const counter = CounterAt(index))
-    std::atomic_ref(*counter).fetch_add(1, std::memory_order_relaxed);
+  if (std::uint32_t* const counter = CounterAt(index)) ++*counter;
   return result;
 }
 
 std::int32_t CVglLog::SetValue(std::int32_t kind, std::int32_t index, std::uint32_t value,
                                const char16_t* printer) {
+  const CVglLogTurn turn(m_cLock);
+  if (!turn) return kVglLogFailed;
   const std::int32_t result = InitializeLogBuffer(kind, printer);
   if (result < 0) return result;
   if (FindVglLogKind(m_nLogKind) == nullptr) FatalError();  // "0"
@@ -44,6 +48,11 @@ std::int32_t CVglLog::SetValue(std::int32_t kind, std::int32_t index, std::uint3
 }
 
 void CVglLog::Clear() {
+  const CVglLogTurn turn(m_cLock);
+  if (turn) Forget();
+}
+
+void CVglLog::Forget() {
   m_pnLogData.reset();
   m_pnReadData.reset();
   m_pszVersion.reset();
@@ -68,8 +77,7 @@ std::int32_t CVglLog::InitializeLogBuffer(std::int32_t kind, const char16_t* pri
   const CNestLog scope(u"InitializeLogBuffer()\r\n");
   const VglLogKind* const wanted = FindVglLogKind(kind);
   if (wanted == nullptr || printer == nullptr) FatalError();  // "0"
-  // Left alone where it is the same, as the other thread may be reading it.
-  if (m_csPrinterName != printer) m_csPrinterName = printer;
+  m_csPrinterName = printer;
   if (m_csDriverName.empty()) {
     GetDriverName(printer, m_csDriverName);
     if (m_csDriverName.empty()) {

@@ -7,15 +7,21 @@
 // No failure is told to the user: at worst it costs counts. What happened stands in the nest log,
 // in the texts that the suite's programs have for it.
 //
+// Two threads may use a log at once: an operation waits until the one before it is through, also
+// while that one is in a library. Where that library has messages handled meanwhile, and so the
+// same thread comes back, the second operation does nothing and gives kVglLogFailed.
+//
 // Results are 0 or a code of the log library, or one of the negative ones below. A call that breaks
 // what is required of it ends the process; so does a count of a log that is of no kind, which other
 // programs of the suite know as -96.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "platform/kernel_objects.h"
 #include "platform/process_wide.h"
 
 namespace vgl {
@@ -52,6 +58,12 @@ inline constexpr std::int32_t kVglLogFailed = -99;                 // what isn't
 inline constexpr std::int32_t FATAL_SERIALID_UNAVAILABLE = -98;    // the printer has no good number
 inline constexpr std::int32_t FATAL_EMBERDAT_NOT_DESCRIBED = -97;  // the model isn't counted
 
+// What keeps two threads from working on a log at once.
+struct CVglLogLock {
+  platform::SlimLock lock;
+  std::atomic<std::uint32_t> owner{0};  // the thread that has it; 0: none
+};
+
 class CVglLog {
  public:
   CVglLog() = default;
@@ -64,8 +76,7 @@ class CVglLog {
   // counted. An index that the log's kind hasn't is passed over.
   //
   // The first count finds the driver, the device id, and whether the model is counted; so does each
-  // one after a failure. Later ones ask nobody, and may come from a second thread, while no other
-  // operation is at work.
+  // one after a failure. Later ones ask nobody.
   std::int32_t Increment(std::int32_t kind, std::int32_t index, const char16_t* printer);
   std::int32_t SetValue(std::int32_t kind, std::int32_t index, std::uint32_t value,
                         const char16_t* printer);
@@ -79,6 +90,10 @@ class CVglLog {
 
   // Forgets everything, counts that never reached the library included.
   void Clear();
+
+  // WriteVglLogFile and then Clear, with no count of another thread between them that would be
+  // lost. What the write gave.
+  std::int32_t FlushVglLog();
 
   // The path of the log library, which the printer's VIF names and which lies beside it. 0, or
   // kVglLogFailed, which leaves `*out` as it was. There must be a driver name, and `out` not null.
@@ -100,12 +115,17 @@ class CVglLog {
   std::int32_t m_nReadCount = 0;
 
  private:
+  // Whoever calls one of these has the lock.
+
   // Counting (CVglLog.cpp).
+  std::int32_t Count(std::int32_t kind, std::int32_t index, const char16_t* printer);
+  void Forget();
   std::int32_t InitializeLogBuffer(std::int32_t kind, const char16_t* printer);
   std::int32_t CheckEmberDatKey();
   std::uint32_t* CounterAt(std::int32_t index);
 
   // The log library (vgl_log_library.cpp).
+  std::int32_t FindLogRuFile(std::u16string* out);
   std::u16string GetVifName(const char16_t* printer);
   std::u16string GetInstallPath(const char16_t* printer);
   std::u16string GetAppLogModule(const char16_t* section, const std::u16string& vif);
@@ -128,9 +148,12 @@ class CVglLog {
                                      std::int32_t* flag, std::int32_t cache);
 
   // The flush (vgl_log_flush.cpp).
+  std::int32_t Write();
   std::int32_t FinishWrite(std::int32_t code, const CNestLog& scope);
   std::int32_t ReplaceMissingFile(const CNestLog& scope);
   std::int32_t MergeExistReadDataAndLatestData();
+
+  CVglLogLock m_cLock;
 };
 
 // The program's one log.

@@ -1,4 +1,5 @@
-// The data file that a printer's driver is registered with: the VIF of the suite's driver sets.
+// The files that a printer's driver is registered with; the data file is the VIF of the suite's
+// driver sets.
 #pragma once
 
 #include <string>
@@ -7,8 +8,19 @@
 
 namespace vgl {
 
-// The name as the spooler gives it at level 2, with or without a folder, of a printer that is open
-// and stays so. Empty when the handle is null, and when the spooler doesn't tell.
+// As the spooler gives them at level 2: the files with or without a folder. What it leaves out is
+// empty.
+struct DriverFiles {
+  std::u16string name;  // the driver's
+  std::u16string driverPath;
+  std::u16string dataFile;
+};
+
+// Of a printer that is open and stays so. All empty when the handle is null, and when the spooler
+// doesn't tell.
+DriverFiles DriverFilesOf(platform::HPRINTER printer);
+
+// The data file alone.
 std::u16string DataFileOfDriver(platform::HPRINTER printer);
 
 }  // namespace vgl

@@ -11,7 +11,7 @@ namespace {
 constexpr char16_t kInstallerMutex[] = u"Global\\KavroPrinterInstaller";
 constexpr char16_t kOpenMutex[] = u"Global\\KavroOmataseMutex";
 
-bool InstallerIsActive() {
+bool InstallerHasItsMutex() {
   const HANDLE mutex = Os().objects.OpenMutexW(SYNCHRONIZE, kInstallerMutex);
   if (mutex == HANDLE{}) return false;
   Os().objects.CloseHandle(mutex);
@@ -43,7 +43,7 @@ std::int32_t CKvOpenPrinter::KvOpenPrinter(const char16_t* name, HPRINTER* outHa
 // protocol.
 std::int32_t CKvOpenPrinter::OpenGuarded(const char16_t* name, HPRINTER* outHandle,
                                          const PrinterDefaults* defaults) {
-  if (InstallerIsActive()) {
+  if (InstallerHasItsMutex()) {
     m_Log.Print(u"OpenPrinter fail [Install Right Now] PrnName=[%s]\n", name);
     return kInstallerActive;
   }
@@ -101,6 +101,14 @@ std::int32_t CKvOpenPrinter::KvClosePrinter(HPRINTER printer) {
     m_Log.Print(u"ClosePriner hPrinter[%ld]\n", LogNumber(static_cast<std::uint64_t>(printer)));
   if (m_hMutex != HANDLE{}) GiveUpMutex(u"Close Mutex Fail hMutex=[%d] \n");
   return closed ? 1 : 0;
+}
+
+bool IsInstallerActive(const char16_t* name) {
+  CKvOpenPrinter open;
+  HPRINTER printer{};
+  const std::int32_t answer = open.KvOpenPrinter(name, &printer, nullptr);
+  if (answer == CKvOpenPrinter::kOpened) open.KvClosePrinter(printer);
+  return answer == CKvOpenPrinter::kInstallerActive;
 }
 
 }  // namespace vgl

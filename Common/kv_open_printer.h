@@ -61,4 +61,8 @@ class CKvOpenPrinter {
   CKvOpenPrinterLog m_Log;
 };
 
+// Whether an installer is at work, as a guarded open of that printer finds it. A printer that can't
+// be opened for another reason is no installer's.
+bool IsInstallerActive(const char16_t* name);
+
 }  // namespace vgl

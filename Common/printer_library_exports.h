@@ -1,7 +1,7 @@
-// The two exports of the printer library that the agent calls. The library is a closed part of the
+// The exports of the printer library that the agent calls. The library is a closed part of the
 // driver set, found by GetPrnDllPath, loaded for one use and freed; names, numbers and argument
-// orders are its own. Both exports give signed 32-bit results; texts end in their terminator, stay
-// the caller's, and are not kept.
+// orders are its own. Results are signed 32-bit numbers; texts end in their terminator, stay the
+// caller's, and are not kept.
 #pragma once
 
 #include <cstdint>
@@ -34,5 +34,15 @@ inline constexpr std::int32_t kPrSerialCached = 1;
 
 inline constexpr std::int32_t kPrSerialNeedsRoom = -59;
 inline constexpr std::int32_t kPrSerialNotCached = -65;
+
+// Asks the printer for its status, which takes as long as the printer does. Not negative: it
+// answered. `*status` and `*second` are null before; a `*status` that isn't null afterwards,
+// whatever the result, is the library's block and to be given back by the other export. Nobody in
+// the agent looks into either.
+inline constexpr char kPrGetPrinterStatus2[] = "PrGetPrinterStatus2";
+using PrGetPrinterStatus2Function = std::int32_t (*)(const char16_t* printer, void** status,
+                                                     void** second);
+inline constexpr char kPrReleasePrinterStatus[] = "PrReleasePrinterStatus";
+using PrReleasePrinterStatusFunction = void (*)(void* status);
 
 }  // namespace vgl

@@ -61,11 +61,6 @@ struct NotifyLine {
   std::uint32_t value;
 };
 
-// No base but ten: an x ends the number, where ParseNumber would take it for a sign of another one.
-std::uint32_t DecimalNumber(std::u16string_view text) {
-  return static_cast<std::uint32_t>(ParseNumber(text.substr(0, text.find_first_of(u"xX"))));
-}
-
 bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
 std::optional<NotifyLine> ParseNotifyLine(std::u16string_view line) {
@@ -78,7 +73,7 @@ std::optional<NotifyLine> ParseNotifyLine(std::u16string_view line) {
   for (std::size_t at = 0; at < kDigits; ++at)
     if (!IsDigit(line[at])) return std::nullopt;
   return NotifyLine{std::u16string(line.substr(0, kDigits)),
-                    DecimalNumber(line.substr(kDigits + 1))};
+                    static_cast<std::uint32_t>(ParseDecimal(line.substr(kDigits + 1)))};
 }
 
 // The lines of a section; empty when it has none, nothing when it has more than can be read.

@@ -1,5 +1,6 @@
 #include "Common/tray_log.h"
 
+#include <atomic>
 #include <string_view>
 
 #include "Common/log_stream.h"
@@ -30,14 +31,17 @@ bool SwitchIsOn() {
          bytes == sizeof number && number != 0;
 }
 
+// A utility's thread writes lines as well, maybe at the same time: then the last one counts.
+void KeepOpenStream(CLogStream* stream) { std::atomic_ref(g_pTrayLogFile.get()).store(stream); }
+
 std::int32_t AppendLine(std::u16string_view body) {
   CLogStream stream;
   if (!stream.Open(g_szTrayLogPath.get().c_str(), CLogStream::Sharing::Everybody)) return 0;
-  g_pTrayLogFile = &stream;
+  KeepOpenStream(&stream);
   stream.Write(WideFormat(u"%04X;%s%s", Os().process.GetCurrentProcessId(),
                           TickColumn(Os().system.GetTickCount()), body));
   stream.Close();
-  g_pTrayLogFile = nullptr;
+  KeepOpenStream(nullptr);
   return 1;
 }
 

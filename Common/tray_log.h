@@ -1,4 +1,4 @@
-// The tray log: what the agent's main thread does, line by line, in "K_QD41TR.LOG".
+// The tray log: what the agent does, line by line, in "K_QD41TR.LOG".
 //
 // A user switches it on by the value K_QTR of HKEY_CURRENT_USER "SOFTWARE\KAVRO\VGL3": four bytes
 // of any type that aren't all 0. The switch is read once, at start-up. The file is opened anew for

@@ -10,6 +10,19 @@
 namespace vgl {
 
 std::int32_t CVglLog::WriteVglLogFile() {
+  const CVglLogTurn turn(m_cLock);
+  return turn ? Write() : kVglLogFailed;
+}
+
+std::int32_t CVglLog::FlushVglLog() {
+  const CVglLogTurn turn(m_cLock);
+  if (!turn) return kVglLogFailed;
+  const std::int32_t result = Write();
+  Forget();
+  return result;
+}
+
+std::int32_t CVglLog::Write() {
   const CNestLog scope(u"WriteVglLogFile()\r\n");
   if (m_csDeviceID.empty() || m_nLogCount == 0 || m_pnLogData == nullptr || m_nLogKind == 0) {
     scope.Print(u"WriteVglLogFile() aussumption check error()\r\n");
@@ -57,8 +70,7 @@ std::int32_t CVglLog::FinishWrite(std::int32_t code, const CNestLog& scope) {
     }
     case AL_ERROR_WRONG_VERSION_OLD: {
       // The file's counts are given up, and that is counted.
-      const std::int32_t counted =
-          Increment(m_nLogKind, kCountOldLogReplaced, m_csPrinterName.c_str());
+      const std::int32_t counted = Count(m_nLogKind, kCountOldLogReplaced, m_csPrinterName.c_str());
       if (counted < 0) {
         scope.Print(u"_case AL_ERROR_WRONG_VERSION_OLD Increment() return error:\r\n");
         return counted;

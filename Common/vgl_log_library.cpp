@@ -33,6 +33,11 @@ std::u16string DataFileOf(const char16_t* printer) {
 }  // namespace
 
 std::int32_t CVglLog::GetLogRuFileName(std::u16string* out) {
+  const CVglLogTurn turn(m_cLock);
+  return turn ? FindLogRuFile(out) : kVglLogFailed;
+}
+
+std::int32_t CVglLog::FindLogRuFile(std::u16string* out) {
   const CNestLog scope(u"GetLogRuFileName()\r\n");
   if (FindVglLogKind(m_nLogKind) == nullptr || m_csDriverName.empty() || out == nullptr)
     FatalError();  // "0"
@@ -85,7 +90,7 @@ std::u16string CVglLog::GetAppLogModule(const char16_t* section, const std::u16s
 template <class Function, class Use>
 std::int32_t CVglLog::WithExport(const char* name, const Use& use) {
   std::u16string path;
-  if (GetLogRuFileName(&path) == kVglLogFailed) return kVglLogFailed;
+  if (FindLogRuFile(&path) == kVglLogFailed) return kVglLogFailed;
   const OwnedModule library(Os().modules.LoadLibraryW(path.c_str()));
   if (!library) return kVglLogFailed;
   const auto function =

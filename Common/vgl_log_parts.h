@@ -1,4 +1,5 @@
-// What the source files of CVglLog share: the kinds of logs, and arrays that may not be had.
+// What the source files of CVglLog share: its lock, the kinds of logs, and arrays that may not be
+// had.
 #pragma once
 
 #include <array>
@@ -8,8 +9,35 @@
 #include <new>
 
 #include "Common/CVglLog.h"
+#include "platform/platform.h"
 
 namespace vgl {
+
+// A thread's turn with a log, to the end of the scope; it waits for that of another thread. False
+// where the thread has its turn already: it came back from within a library.
+class CVglLogTurn {
+ public:
+  explicit CVglLogTurn(CVglLogLock& lock) : m_cLock(lock) {
+    const std::uint32_t self = platform::Os().process.GetCurrentThreadId();
+    m_bTaken = m_cLock.owner != self;
+    if (!m_bTaken) return;
+    platform::Os().objects.AcquireSRWLockExclusive(&m_cLock.lock);
+    m_cLock.owner = self;
+  }
+  ~CVglLogTurn() {
+    if (!m_bTaken) return;
+    m_cLock.owner = 0;
+    platform::Os().objects.ReleaseSRWLockExclusive(&m_cLock.lock);
+  }
+  CVglLogTurn(const CVglLogTurn&) = delete;
+  CVglLogTurn& operator=(const CVglLogTurn&) = delete;
+
+  explicit operator bool() const { return m_bTaken; }
+
+ private:
+  CVglLogLock& m_cLock;
+  bool m_bTaken = false;
+};
 
 // Counters and file names of the kinds are fixed by the suite.
 struct VglLogKind {

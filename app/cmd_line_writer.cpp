@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "Common/fixed_text.h"
+#include "Common/temp_file.h"
 #include "Common/text_conversion.h"
 #include "Common/wide_format.h"
 #include "app/cmd_line_info.h"
@@ -56,7 +57,8 @@ int CCmdLineInfo::CreateParamFileName() {
   m_szOutFileName.clear();
   m_szTempPath = TempFolder();
   PathText path;
-  if (Os().files.GetTempFileNameW(m_szTempPath.c_str(), u"K_Q", 0, path.buffer()) == 0) return 0;
+  if (Os().files.GetTempFileNameW(m_szTempPath.c_str(), kTempFilePrefix, 0, path.buffer()) == 0)
+    return 0;
   const std::u16string_view name = path.view();
   m_szOutFileName = name.substr(name.rfind(u'\\') + 1);
   return 1;

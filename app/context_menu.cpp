@@ -45,25 +45,42 @@ void CMainFrame::FreeResDll() {
   m_fBmpDllOwn = 0;
 }
 
-bool CMainFrame::LoadMenu() {
+HMENU CMainFrame::LoadMenu() {
   m_hMenu = Os().resources.LoadMenuW(hResDll, kMenuResource);
   const HMENU popup = Os().menus.GetSubMenu(m_hMenu, 0);
-  if (popup == HMENU{}) return false;
+  if (popup == HMENU{}) return HMENU{};
   m_bRtlReading = IsRtlOS(popup);
   SetMenuTitle(popup, PrinterOrPort().view(), m_bRtlReading == 1);
-  return true;
+  return popup;
+}
+
+std::span<ExMenuItem> CMainFrame::ExMenuSlots() {
+  return {m_pExMenu.get(), static_cast<std::size_t>(m_nExMenuMax)};
+}
+
+std::int32_t CMainFrame::AddExMenu(HMENU popup) {
+  const ExMenuSource source{.identity = Identity(),
+                            .netPilot = m_csNetPilotString,
+                            .texts = hResDll,
+                            .pictures = hBmpDll};
+  return vgl::AddExMenu(popup, source, ExMenuSlots());
 }
 
 void CMainFrame::RebuildExMenu() {
   PathText path;
   if (GetResPath(&path, m_szDriverName.c_str(), m_szModelID.c_str(), m_szPrinterName.c_str()) != 0)
     m_szResDll = path;
+  // Those of an opening that found no menu are loaded still, and may be others by now.
+  FreeResDll();
   hResDll = Os().modules.LoadLibraryW(m_szResDll.c_str());
   if (hResDll == HMODULE{}) return;
   LoadBmpDll();
   if (m_hMenu != HMENU{}) Os().menus.DestroyMenu(m_hMenu);
   m_hMenu = HMENU{};
-  LoadMenu();
+  DeletePictures(ExMenuSlots());
+  const HMENU popup = LoadMenu();
+  if (popup == HMENU{}) return;
+  AddExMenu(popup);
   FreeResDll();
 }
 

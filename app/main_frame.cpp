@@ -4,12 +4,14 @@
 #include <new>
 #include <vector>
 
+#include "Common/CGetDisableVglFuncData.h"
 #include "Common/CVglLog.h"
 #include "Common/kv_open_printer.h"
 #include "Common/message_box.h"
 #include "Common/path_lookup.h"
 #include "Common/printer_mask.h"
 #include "Common/tray_log.h"
+#include "menu/driver_programs.h"
 #include "profile/drv_file_locator.h"
 #include "profile/profile_keys.h"
 
@@ -18,11 +20,11 @@ namespace vgl {
 using namespace platform;
 
 platform::ProcessWideValue<CMainFrame*> g_pMainFrame;
-platform::ProcessWideValue<HMODULE> g_hResDll;
 
 namespace {
 
 constexpr std::uint32_t kFlushLogPeriod = 900000;
+constexpr std::uint32_t kFirstKickPeriod = 60000;  // of invitations and NetPilot
 
 // Strings of the resource library.
 constexpr std::uint32_t kTextCaption = 1100;
@@ -60,6 +62,8 @@ CMainFrame::CMainFrame() : m_pExMenu(new (std::nothrow) ExMenuItem[kExMenuSlots]
 }
 
 CMainFrame::~CMainFrame() {
+  DeletePictures(ExMenuSlots());
+  FreeResDll();
   for (const HICON icon : m_hIcon)
     if (icon != HICON{}) Os().resources.DestroyIcon(icon);
   if (m_pcInv != nullptr) TrayLogText(u"delete m_pcInv");
@@ -67,6 +71,13 @@ CMainFrame::~CMainFrame() {
 
 const FixedText<260>& CMainFrame::PrinterOrPort() const {
   return m_szPrinterName.empty() ? m_szPortName : m_szPrinterName;
+}
+
+PrinterIdentity CMainFrame::Identity() const {
+  return {.printerName = m_szPrinterName.c_str(),
+          .driverName = m_szDriverName.c_str(),
+          .modelId = m_szModelID.c_str(),
+          .portName = m_szPortName.c_str()};
 }
 
 std::int32_t CMainFrame::StartUp() {
@@ -97,7 +108,9 @@ bool CMainFrame::LoadDriverSet() {
 }
 
 bool CMainFrame::ShowIconAndMenu() {
-  if (UpdateTrayIcon(m_nIconSelected, IconChange::Add) == 0 || !LoadMenu()) {
+  const bool hasIcon = UpdateTrayIcon(m_nIconSelected, IconChange::Add) != 0;
+  const HMENU popup = hasIcon ? LoadMenu() : HMENU{};
+  if (popup == HMENU{}) {
     FreeResDll();
     return false;
   }
@@ -105,6 +118,7 @@ bool CMainFrame::ShowIconAndMenu() {
   m_csMsgCaption = LoadText(kTextCaption);
   m_csMsgBusy = LoadText(kTextBusy);
   FindNetPilot();
+  AddExMenu(popup);
   FreeResDll();
   return true;
 }
@@ -145,9 +159,31 @@ void CMainFrame::BeginWork() {
   m_uEndTime = ReadModelNumber(kProfileTrayIconEndTime, m_szModelID.c_str(), m_szDatPath.c_str());
   if (m_uEndTime != 0) m_uhPrinterCheck = ArmTimer(TMID_PRINTERCHECK, m_uEndTime);
   m_uhMaskCheck = ArmTimer(TMID_MASKCHECK, kMaskCheckPeriod);
-  if (RunsOnServer()) TrayLogText(u"Server OS.");
+  ArmKicks();
   g_VglLog.get().Increment(VGLLOG_TRAYICON, kCountAgentStart, m_szPrinterName.c_str());
   m_uhFlushLog = ArmTimer(TMID_FLUSHLOG, kFlushLogPeriod);
+}
+
+// What is only for a driver that offers to order ink, and never for a server.
+void CMainFrame::ArmKicks() {
+  const bool isServer = RunsOnServer();
+  if (isServer) TrayLogText(u"Server OS.");
+  CGetDisableVglFuncData disabled;
+  const bool isTold = disabled.LoadDisableRecord(m_szPrinterName.c_str()) == 0;
+  if (IsEnableInkOrder(Identity()) == 0 || isServer) return;
+
+  const bool hasInvitations = !isTold || disabled.bNoInvitation == 0;
+  // By one that goes at once, and its library with it: asking comes much later.
+  const std::uint32_t period =
+      hasInvitations ? CSmartInvitation().GetPeriodInvitation(Identity()) : 0;
+  if (period != 0) {
+    m_uhInvitationMonitor = ArmTimer(TMID_INVITATION, kFirstKickPeriod);
+    TrayLogInt(u"m_uhInvitationMonitor", static_cast<std::int32_t>(m_uhInvitationMonitor));
+    if (m_uhInvitationMonitor != 0) m_uInvitationPeriod = period;
+  }
+  const bool hasNetPilot = !isTold || disabled.bNoNetPilot == 0;
+  if (hasNetPilot && !m_csNetPilotString.empty())
+    m_uhNetPilot = ArmTimer(TMID_NETPILOT, kFirstKickPeriod);
 }
 
 std::uint64_t CMainFrame::ArmTimer(std::uint64_t id, std::uint32_t milliseconds) {

@@ -7,11 +7,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "Common/fixed_text.h"
+#include "Common/resource_strings.h"
 #include "app/agent_messages.h"
 #include "menu/ex_menu.h"
+#include "menu/printer_identity.h"
 #include "menu/smart_invitation.h"
 #include "menu/uty_call.h"
 #include "platform/owner_draw.h"
@@ -79,6 +82,8 @@ class CMainFrame {
 
   // The printer's name, or the port's where no printer name is known.
   const FixedText<260>& PrinterOrPort() const;
+  // For the modules of the menu; good as long as this.
+  PrinterIdentity Identity() const;
 
   std::unique_ptr<ExMenuItem[]> m_pExMenu;
   std::int32_t m_nExMenuMax = 0;  // 79, or 0 when the slots couldn't be made
@@ -132,6 +137,7 @@ class CMainFrame {
   void LeaveMap();
   void CloseMap();
   void BeginWork();
+  void ArmKicks();
   std::uint64_t ArmTimer(std::uint64_t id, std::uint32_t milliseconds);
   void StopTimer(std::uint64_t id, std::uint64_t& field);
 
@@ -165,11 +171,18 @@ class CMainFrame {
   // not, the agent is on its way out, and `logText` says by which click.
   bool PassesLivenessGate(const char16_t* logText);
 
-  // Makes the menu anew, from the resource library as it is now. Where there is none, the menu of
-  // before stays and is the one that opens.
+  // Makes the menu anew, from the resource library and the driver set as they are now. Where there
+  // is no library, the menu of before stays and is the one that opens; of a library without the
+  // menu there is none to open, and the library stays loaded until the next time.
   void RebuildExMenu();
-  // Takes menu 801 out of the library that is loaded. False without a first sub-menu.
-  bool LoadMenu();
+  // Takes menu 801 out of the library that is loaded, and gives its first sub-menu, the popup, with
+  // the head made ready. HMENU{} without one.
+  platform::HMENU LoadMenu();
+  // Those that could be made: all 79, or none.
+  std::span<ExMenuItem> ExMenuSlots();
+  // Adds the entries that the driver set describes, from the libraries that are loaded. 0 when it
+  // came to an early stop.
+  std::int32_t AddExMenu(platform::HMENU popup);
   void OpenMenu();
   bool HoldsQuitKeys();
   platform::HWND TopLevelOwner();
@@ -180,7 +193,6 @@ class CMainFrame {
   void OpenStatusWindow();
   void OpenPreferencesWindow();
   bool OpenByRunHelper(const RunHelperWindow& window);
-  bool IsInstallerActive();
 
   void DropAutoStart();
   void SayGoodbyeToInvitations();
@@ -188,8 +200,6 @@ class CMainFrame {
 };
 
 extern platform::ProcessWideValue<CMainFrame*> g_pMainFrame;
-// The module that strings load from, while a resource library is loaded.
-extern platform::ProcessWideValue<platform::HMODULE> g_hResDll;
 
 // The window procedure of class kTrayWindowClass.
 platform::LRESULT TrayWindowProc(platform::HWND window, std::uint32_t message,

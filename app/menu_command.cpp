@@ -1,5 +1,6 @@
-// Commands of the context menu, and the messages by which the system has its entries measured and
-// drawn.
+// Commands of the context menu.
+#include "menu/menu_command.h"
+
 #include "app/main_frame.h"
 #include "menu/menu_head.h"
 
@@ -13,17 +14,15 @@ void CMainFrame::OnCommand(std::uint32_t id) {
   OnAux(id);
 }
 
-// Carries out the command text that the driver set gives for an entry. No driver set is read yet,
-// so there is none for any entry.
-void CMainFrame::OnAux(std::uint32_t /*id*/) {}
-
-bool CMainFrame::IsExMenuSlot(std::uint32_t id) const {
-  return id >= kFirstExMenuId && id - kFirstExMenuId < static_cast<std::uint32_t>(m_nExMenuMax);
+void CMainFrame::OnAux(std::uint32_t id) {
+  RunMenuCommand({.identity = Identity(),
+                  .netPilotName = m_csNetPilotString.c_str(),
+                  .vifName = m_csVifName.c_str(),
+                  .window = m_hWnd,
+                  .busyText = m_csMsgBusy.c_str(),
+                  .busyCaption = m_csMsgCaption.c_str(),
+                  .utyCall = m_cUtyCall},
+                 id);
 }
-
-// No slot is filled yet, so the system has none measured or drawn; a message that says otherwise is
-// left to its default.
-void CMainFrame::OnMeasureItem(MeasureItem& /*item*/) {}
-void CMainFrame::OnDrawItem(const DrawItem& /*item*/) {}
 
 }  // namespace vgl

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Common/fixed_text.h"
-#include "Common/path_lookup.h"
+#include "Common/temp_file.h"
 #include "Common/text_conversion.h"
 
 namespace vgl {
@@ -39,33 +39,10 @@ void DeleteAfterUse(ParamFile file) {
   DeleteIfThere(file.path);
 }
 
-void DeleteIfThere(const std::u16string& path) {
-  if (FileExists(path.c_str())) Os().files.DeleteFileW(path.c_str());
-}
-
-std::u16string NewTempFile(const char16_t* prefix) {
-  const std::uint32_t room = Os().files.GetTempPathW(0, nullptr);
-  if (room == 0) return {};
-  std::u16string folder(room, u'\0');
-  const std::uint32_t length = Os().files.GetTempPathW(room, folder.data());
-  if (length == 0 || length >= room) return {};
-  std::u16string path(length + MAX_PATH, u'\0');
-  if (Os().files.GetTempFileNameW(folder.c_str(), prefix, 0, path.data()) == 0) return {};
-  path.resize(path.find(u'\0'));
-  return path;
-}
-
 bool CanBeRead(const char16_t* path) {
   return static_cast<bool>(
       OwnedFile(Os().files.CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL)));
-}
-
-bool WriteText(HANDLE file, std::u16string_view text) {
-  const std::string bytes = Utf16LeFromText(text);
-  const auto size = static_cast<std::uint32_t>(bytes.size());
-  std::uint32_t written = 0;
-  return Os().files.WriteFile(file, bytes.data(), size, &written) && written == size;
 }
 
 }  // namespace vgl

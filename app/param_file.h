@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/owned.h"
 
@@ -27,16 +26,8 @@ std::optional<ParamFile> ReadParamFile(const std::u16string& path);
 
 // Closes a file that was read and deletes it if it is still there.
 void DeleteAfterUse(ParamFile file);
-void DeleteIfThere(const std::u16string& path);
-
-// Makes an empty file of a new name in the temp folder. Its path, which has no bound; empty when
-// that fails.
-std::u16string NewTempFile(const char16_t* prefix);
 
 // Whether a file can be opened for reading; it is closed again.
 bool CanBeRead(const char16_t* path);
-
-// Writes all of `text` at an open file's position. False when less arrives.
-bool WriteText(platform::HANDLE file, std::u16string_view text);
 
 }  // namespace vgl

@@ -1,8 +1,5 @@
 // Whether the printer is still there and still to be watched, and what goes with it when it isn't.
-#include "Common/REGISTRY.h"
 #include "Common/kv_open_printer.h"
-#include "Common/path_lookup.h"
-#include "Common/printer_lookup.h"
 #include "Common/printer_mask.h"
 #include "Common/target_records.h"
 #include "Common/tray_log.h"
@@ -10,8 +7,6 @@
 #include "app/main_frame.h"
 #include "app/tray_app.h"
 #include "platform/owned.h"
-#include "profile/drv_info_reader.h"
-#include "profile/profile_keys.h"
 
 namespace vgl {
 
@@ -118,18 +113,10 @@ void CMainFrame::SayGoodbyeToInvitations() {
 
 // By the driver, not by the printer, which can't be opened any more.
 std::u16string CMainFrame::InvitationLibrary() {
-  constexpr char16_t kValue[] = u"SMRT_PARLOS";
-  const std::u16string key = DriverKeyPath(m_szDriverName.view());
-  PathText profile;
-  GetProfilePath(&profile, m_szDriverName.c_str(), m_szModelID.c_str(), m_szPrinterName.c_str());
-  if (!SettingsAreInRegistry(m_szModelID.c_str(), profile.c_str())) {
-    TrayLogText(u"ChkDelPrn() Dat reading base Ember\n");
-    return CDrvInfoReader().GetStringOfDriver(m_szDriverName.c_str(), key.c_str(), kValue);
-  }
-  TrayLogText(u"ChkDelPrn() Registry Ember\n");
   constexpr std::uint32_t kMostBytes = PathText::capacity() * sizeof(char16_t);
-  const CRegistry driver(HKEY_LOCAL_MACHINE, key.c_str(), false, KEY_READ);
-  return driver.GetString(kValue, {}, kMostBytes);
+  return FindInvitationLibrary({.logName = u"ChkDelPrn", .mostBytes = kMostBytes},
+                               m_szDriverName.c_str(), m_szModelID.c_str(),
+                               m_szPrinterName.c_str());
 }
 
 }  // namespace vgl

@@ -2,10 +2,11 @@
 #include "Common/CVglLog.h"
 #include "Common/printer_lookup.h"
 #include "Common/start_program.h"
+#include "Common/temp_file.h"
 #include "Common/tray_log.h"
 #include "Common/wide_format.h"
 #include "app/main_frame.h"
-#include "app/param_file.h"
+#include "platform/owned.h"
 
 namespace vgl {
 
@@ -42,7 +43,7 @@ std::int32_t CMainFrame::StartVGLExe(const char16_t* exePath, bool withE) {
   const std::u16string text = ParamText(*this, port, withE);
   TrayLogPair(u"CMainFrame::StartVGLExe : command line", text.c_str());
 
-  const std::u16string path = NewTempFile(u"K_Q");
+  const std::u16string path = NewTempFile(kTempFilePrefix);
   if (path.empty()) return 0;
   if (!WriteWholeFile(path, text) ||
       StartExe(WideFormat(u"%s /FU \"%s\"", exePath, path).c_str()) == 0) {

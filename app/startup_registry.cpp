@@ -3,8 +3,8 @@
 
 #include "Common/REGISTRY.h"
 #include "Common/target_records.h"
+#include "Common/temp_file.h"
 #include "Common/tray_log.h"
-#include "app/param_file.h"
 #include "app/tray_app.h"
 
 namespace vgl {

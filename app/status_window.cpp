@@ -23,7 +23,9 @@ void CMainFrame::OpenPreferencesWindow() {
 }
 
 bool CMainFrame::OpenByRunHelper(const RunHelperWindow& window) {
-  if (IsInstallerActive()) {
+  // Only an installer at work counts: a printer that can't be opened for another reason may well
+  // have a status to show.
+  if (IsInstallerActive(PrinterOrPort().c_str())) {
     MessageBoxRtl(m_hWnd, m_csMsgBusy.c_str(), m_csMsgCaption.c_str());
     return false;
   }
@@ -34,16 +36,6 @@ bool CMainFrame::OpenByRunHelper(const RunHelperWindow& window) {
     return true;
   MessageBoxRtl(m_hWnd, window.failureText.c_str(), m_szAppTitle.c_str());
   return false;
-}
-
-// Only an installer at work counts: a printer that can't be opened for another reason may well have
-// a status to show.
-bool CMainFrame::IsInstallerActive() {
-  CKvOpenPrinter open;
-  HPRINTER printer{};
-  const std::int32_t answer = open.KvOpenPrinter(PrinterOrPort().c_str(), &printer, nullptr);
-  if (answer == CKvOpenPrinter::kOpened) open.KvClosePrinter(printer);
-  return answer == CKvOpenPrinter::kInstallerActive;
 }
 
 }  // namespace vgl

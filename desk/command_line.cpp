@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "desk/describe.h"
+#include "desk/menu_picture.h"
 #include "desk/player.h"
 #include "desk/soak.h"
 #include "desk/whole_file.h"
@@ -33,6 +34,13 @@ constexpr char kDescribeFooter[] =
 folder.
 Exit code: 0; 1 when something wasn't found; 2 for a mistake in the command line or in the sample.)";
 
+constexpr char kMenuFooter[] =
+    R"(SAMPLE is a folder (told by a slash in it) or the name of one below samples/ in the current
+folder. Its agent is started, and its icon is clicked with the right button; what opens is painted.
+  vgldesk menu studio-7200 --png menu.png --selected 921 --language 07,01
+Exit code: 0; 1 when no menu opens; 2 for a mistake in the command line or in the sample, for a FILE
+that can't be written, and for an entry that isn't in the menu.)";
+
 constexpr char kSoakFooter[] =
     R"(Printers come and go, installers are at work, icons are clicked, calls fail, all at random from
 the seed; what has to hold all the time is looked at all the time.
@@ -40,8 +48,7 @@ Exit code: 0; 1 when something didn't hold, with its time and the seed, which le
 mistake in the command line.)";
 
 constexpr char kFooter[] =
-    "\"vgldesk run --help\", \"vgldesk describe --help\" and \"vgldesk soak --help\" tell the "
-    "rest.";
+    "\"vgldesk run --help\" tells the rest of run, and so on with the other commands.";
 
 std::string SessionOf(const std::string& commandLine, std::uint64_t milliseconds) {
   return "start " + commandLine + "\nwait " + std::to_string(milliseconds) +
@@ -120,6 +127,30 @@ CLI::App* AddDescribe(CLI::App& app, std::string& sample) {
   return describe;
 }
 
+CLI::App* AddMenu(CLI::App& app, MenuPictureOptions& options) {
+  CLI::App* menu =
+      app.add_subcommand("menu", "Draws the context menu of a sample's printer as a picture.");
+  menu->footer(kMenuFooter);
+  menu->add_option("sample", options.sample, "the sample whose menu it is")
+      ->required()
+      ->type_name("SAMPLE");
+  menu->add_option("--png", options.file, "write the picture to FILE")
+      ->required()
+      ->type_name("FILE");
+  menu->add_option("--selected", options.selected, "with the mouse on the entry of this id")
+      ->type_name("ID");
+  menu->add_option(
+          "--language", options.language,
+          "for a user of this language: its two numbers as a profile has them, as in 07,01 "
+          "(without it US English, 09,01)")
+      ->type_name("PRIMARY,SUB");
+  constexpr int kMostScale = 8;
+  menu->add_option("--scale", options.scale, "each pixel as so many, both ways")
+      ->check(CLI::Range(1, kMostScale))
+      ->type_name("N");
+  return menu;
+}
+
 CLI::App* AddSoak(CLI::App& app, SoakOptions& options) {
   CLI::App* soak =
       app.add_subcommand("soak", "Runs many agents on one machine for a long virtual time.");
@@ -156,9 +187,10 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   const std::vector<std::string> own(words.begin(), separator);
 
   const std::string verb = own.empty() ? "" : own.front();
-  if (verb != "run" && verb != "describe" && verb != "soak" && !verb.starts_with('-')) {
+  if (verb != "run" && verb != "describe" && verb != "menu" && verb != "soak" &&
+      !verb.starts_with('-')) {
     err << "vgldesk: \"" << verb
-        << "\" is no command; the commands are run, describe and soak, as in: vgldesk run "
+        << "\" is no command; the commands are run, describe, menu and soak, as in: vgldesk run "
            "--script FILE\n";
     return kUsageError;
   }
@@ -169,6 +201,8 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
   std::string described;
   AddRun(app, given);
   const CLI::App* describe = AddDescribe(app, described);
+  MenuPictureOptions pictured;
+  const CLI::App* menu = AddMenu(app, pictured);
   SoakOptions soakOptions;
   const CLI::App* soak = AddSoak(app, soakOptions);
   try {
@@ -178,12 +212,14 @@ int RunVgldesk(const std::vector<std::string>& words, std::istream& in, std::ost
     return app.exit(mistake, out, err) == 0 ? 0 : kUsageError;
   }
   if (separator != words.end()) given.agent = AgentCommandLine({separator + 1, words.end()});
-  if (!describe->parsed() && !soak->parsed()) return RunSession(given, in, out, err);
+  const bool isSession = !describe->parsed() && !menu->parsed() && !soak->parsed();
+  if (isSession) return RunSession(given, in, out, err);
   if (given.agent) {
     err << "vgldesk " << verb << ": there is no agent's command line to give behind --\n";
     return kUsageError;
   }
-  return soak->parsed() ? Soak(soakOptions, out, err) : Describe(described, out, err);
+  if (soak->parsed()) return Soak(soakOptions, out, err);
+  return menu->parsed() ? DrawMenu(pictured, err) : Describe(described, out, err);
 }
 
 }  // namespace desk

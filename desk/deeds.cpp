@@ -15,10 +15,26 @@ using namespace platform;
 
 namespace {
 
+constexpr char16_t kAskerPath[] = u"C:\\Program Files\\KAVRO\\VGL3\\session_driver.exe";
 constexpr char16_t kInstallerPath[] = u"C:\\KAVRO\\SETUP.EXE";
 
 std::string NoSuchPrinter(const std::u16string& printer) {
   return "there is no printer \"" + vgl::Utf8FromText(printer) + "\"";
+}
+
+// A number's bytes, the lowest first.
+std::string LowFirst(std::uint64_t number, std::size_t count) {
+  std::string bytes;
+  for (; bytes.size() < count; number >>= 8) bytes.push_back(static_cast<char>(number & 0xFF));
+  return bytes;
+}
+
+// What a person reads there. Of what its owner draws the item's data is the text, which stays in
+// the owner's memory for as long as the menu.
+std::u16string LabelOf(const sim::MenuItem& item) {
+  if ((item.type & MFT_OWNERDRAW) == 0) return item.text;
+  const auto* text = reinterpret_cast<const char16_t*>(item.itemData);
+  return text == nullptr ? u"" : text;
 }
 
 // The path of the record whose "Name" is that; empty when there is none.
@@ -33,6 +49,21 @@ std::u16string RecordOf(const sim::RegistryTree& registry, const std::u16string&
 }
 
 }  // namespace
+
+std::string Deeds::AwaitReady(const sim::Process& agent) {
+  constexpr std::uint64_t kPatience = 60000;
+  const sim::Window* window = nullptr;
+  m_machine.RunUntil(
+      [&] {
+        window = m_machine.desktop().FindOf(agent, vgl::kTrayWindowClass);
+        return agent.ended() || window != nullptr;
+      },
+      kPatience);
+  if (window == nullptr) return "has no window";
+  const sim::Inside asker(m_machine, kAskerPath);
+  Os().windowing.SendMessageW(window->handle, WM_NULL, 0, 0);
+  return agent.ended() ? "has ended" : "";
+}
 
 std::string Deeds::UseMouse(sim::Process& agent, Command::Kind kind) {
   const sim::TrayIcon* icon = m_machine.tray().FindOf(agent);
@@ -55,6 +86,9 @@ sim::OpenMenu* Deeds::MenuOf(const sim::Process& agent) {
 std::string Deeds::Choose(const sim::Process& agent, std::uint32_t id) {
   sim::OpenMenu* menu = MenuOf(agent);
   if (menu == nullptr) return "shows no menu";
+  // The mouse comes over the entry first, which is drawn anew.
+  m_machine.desktop().menus().PointAt(*menu, id);
+  m_machine.Settle();
   if (m_machine.desktop().menus().Choose(*menu, id)) return "";
   return "shows a menu in which entry " + std::to_string(id) + " can't be chosen";
 }
@@ -63,6 +97,17 @@ std::string Deeds::Dismiss(const sim::Process& agent) {
   sim::OpenMenu* menu = MenuOf(agent);
   if (menu == nullptr) return "shows no menu";
   m_machine.desktop().menus().Dismiss(*menu);
+  return "";
+}
+
+std::string Deeds::ReadMenu(const sim::Process& agent, std::vector<MenuLine>& entries) {
+  const sim::OpenMenu* menu = MenuOf(agent);
+  if (menu == nullptr) return "shows no menu";
+  for (const auto& [item, area, isSelected, drawn] : menu->shown)
+    entries.push_back({.id = item.id,
+                       .type = item.type,
+                       .state = item.state,
+                       .label = vgl::Utf8FromText(LabelOf(item))});
   return "";
 }
 
@@ -105,12 +150,10 @@ std::string Deeds::DeletePrinter(const std::u16string& printer) {
   return "";
 }
 
-std::string Deeds::Mask(const std::u16string& printer, std::uint32_t value) {
+std::string Deeds::SetData(const std::u16string& printer, const std::u16string& name,
+                           std::uint32_t value) {
   if (!m_machine.spooler().HasPrinter(printer)) return NoSuchPrinter(printer);
-  std::string bytes;
-  for (std::uint32_t rest = value; bytes.size() < 4; rest >>= 8)
-    bytes.push_back(static_cast<char>(rest & 0xFF));
-  m_machine.spooler().SetData(printer, u"PrinterDriverData", u"VGLSetting", REG_DWORD, bytes);
+  m_machine.spooler().SetData(printer, u"PrinterDriverData", name, REG_DWORD, LowFirst(value, 4));
   return "";
 }
 
@@ -131,6 +174,14 @@ void Deeds::SetValue(const Command& command) {
     m_machine.registry().SetString(HKEY_CURRENT_USER, key, name, vgl::TextFromUtf8(command.value));
   else
     m_machine.registry().SetDword(HKEY_CURRENT_USER, key, name, command.number);
+}
+
+void Deeds::SetTime(const Command& command) {
+  const std::int64_t now =
+      m_machine.system().startSeconds + static_cast<std::int64_t>(m_machine.now() / 1000);
+  m_machine.registry().SetBytes(HKEY_CURRENT_USER, vgl::TextFromUtf8(command.text),
+                                vgl::TextFromUtf8(command.name), REG_BINARY,
+                                LowFirst(static_cast<std::uint64_t>(now - command.number), 8));
 }
 
 void Deeds::Autostart(const std::u16string& fileName, const std::u16string& valueName) {

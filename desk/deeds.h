@@ -7,7 +7,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "desk/menu_lines.h"
 #include "desk/script.h"
 #include "platform/sim/machine.h"
 
@@ -19,6 +21,9 @@ class Deeds {
   Deeds(const Deeds&) = delete;
   Deeds& operator=(const Deeds&) = delete;
 
+  // Lets the machine run until `agent` has done what it is at and takes messages, a minute at most.
+  std::string AwaitReady(const sim::Process& agent);
+
   // --- A person's
 
   // Click, DoubleClick or RightClick on the icon of `agent`.
@@ -26,6 +31,8 @@ class Deeds {
   // An entry of the menu that `agent` shows, by its id.
   std::string Choose(const sim::Process& agent, std::uint32_t id);
   std::string Dismiss(const sim::Process& agent);
+  // What stands in that menu, from the top downwards.
+  std::string ReadMenu(const sim::Process& agent, std::vector<MenuLine>& entries);
   // Presses OK in the message box that `agent` showed last.
   std::string Answer(const sim::Process& agent);
   void Hold(const std::vector<std::uint32_t>& keys);
@@ -36,12 +43,15 @@ class Deeds {
 
   std::string AddPrinter(const Command& command);
   std::string DeletePrinter(const std::u16string& printer);
-  // Sets the printer data "VGLSetting".
-  std::string Mask(const std::u16string& printer, std::uint32_t value);
+  // Sets a number among the printer's data.
+  std::string SetData(const std::u16string& printer, const std::u16string& name,
+                      std::uint32_t value);
   // Sets "TrayIconSelected" in the record of a printer or port and tells `agent`.
   std::string SelectIcon(sim::Process& agent, const std::u16string& name, std::uint32_t icon);
   // Below HKEY_CURRENT_USER.
   void SetValue(const Command& command);
+  // The time so many seconds ago, in 8 bytes.
+  void SetTime(const Command& command);
   // Has Windows start an agent with that file of the temp folder when the user logs on.
   void Autostart(const std::u16string& fileName, const std::u16string& valueName);
   // A process that does nothing but hold the installers' mutex.

@@ -93,6 +93,8 @@ class Player {
       case Kind::Wait:
         m_machine.RunFor(command.milliseconds);
         return true;
+      case Kind::AwaitReady:
+        return AwaitReady(command);
       case Kind::Post:
         return Post(command);
       case Kind::Kill:
@@ -107,6 +109,8 @@ class Player {
                       return ReadMaps(
                           [this](std::uint64_t window) { return OwnerOf(platform::HWND{window}); });
                     }));
+      case Kind::Menu:
+        return ShowMenu(command);
       case Kind::Show:
         return Show("show| ", Inside(ReadSuite));
       case Kind::Picture:
@@ -156,8 +160,11 @@ class Player {
       case Kind::DeletePrinter:
         return Done(command, m_deeds.DeletePrinter(text), "deletes printer " + quoted);
       case Kind::Mask:
-        return Done(command, m_deeds.Mask(text, command.number),
+        return Done(command, m_deeds.SetData(text, u"VGLSetting", command.number),
                     "sets VGLSetting of " + quoted + " to " + number);
+      case Kind::SetData:
+        return Done(command, m_deeds.SetData(text, vgl::TextFromUtf8(command.name), command.number),
+                    "sets " + command.name + " of " + quoted + " to " + number);
       case Kind::SelectIcon:
         return Done(command, m_deeds.SelectIcon(AgentOf(command), text, command.number),
                     "selects icon " + number + " for " + quoted + " and tells " + NameOf(command));
@@ -166,6 +173,11 @@ class Player {
         return Done(command, "",
                     "sets HKCU\\" + command.text + "\\" + command.name + " = " +
                         (command.isText ? '"' + command.value + '"' : number));
+      case Kind::SetTime:
+        m_deeds.SetTime(command);
+        return Done(command, "",
+                    "sets HKCU\\" + command.text + "\\" + command.name + " to the time " + number +
+                        " seconds ago");
       case Kind::Autostart:
         m_deeds.Autostart(text, vgl::TextFromUtf8(command.name));
         return Done(command, "", "sets Run value \"" + command.name + "\" for " + command.text);
@@ -192,11 +204,23 @@ class Player {
     return true;
   }
 
+  bool ShowMenu(const Command& command) {
+    std::vector<MenuLine> entries;
+    const std::string mistake = m_deeds.ReadMenu(AgentOf(command), entries);
+    if (!mistake.empty()) return Fail(command, NameOf(command) + " " + mistake);
+    return Show("menu| ", MenuInWords(entries));
+  }
+
   std::string OwnerOf(platform::HWND handle) {
     const sim::Window* window = m_machine.desktop().Find(handle);
     if (window == nullptr) return "dead";
     const std::uint32_t process = window->thread->process()->id();
     return m_printer.IsAgent(process) ? m_printer.NameOf(process) : "other";
+  }
+
+  bool AwaitReady(const Command& command) {
+    const std::string mistake = m_deeds.AwaitReady(AgentOf(command));
+    return mistake.empty() || Fail(command, NameOf(command) + " " + mistake);
   }
 
   bool Post(const Command& command) {

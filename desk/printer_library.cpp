@@ -1,9 +1,11 @@
 #include "desk/printer_library.h"
 
+#include <stdexcept>
 #include <type_traits>
 
 #include "Common/printer_library_exports.h"
 #include "Common/target_records.h"
+#include "desk/printer_number.h"
 #include "platform/owned.h"
 #include "platform/sim/machine.h"
 
@@ -72,14 +74,38 @@ std::int32_t GetSerialID2(const char16_t* printer, char* buffer, std::int32_t* b
   return 0;
 }
 
+std::int32_t GetPrinterStatus2(const char16_t* printer, void** status, void** second) {
+  PrinterLibrary& face = Face();
+  face.statusCalls.push_back({printer, *status == nullptr && *second == nullptr});
+  if (face.statusTakes != 0) Os().process.Sleep(face.statusTakes);
+  if (face.givesStatus) {
+    face.blocksHeld.push_back(std::make_unique<std::size_t>(++face.blocksGiven));
+    *status = face.blocksHeld.back().get();
+  }
+  sim::Machine& machine = sim::RunningProcess().machine();
+  const bool answers = PrinterNumber(machine, printer, u"PrinterAnswers", 1) != 0;
+  return answers ? face.statusResult : kOtherFailure;
+}
+
+void ReleasePrinterStatus(void* status) {
+  const auto isIt = [status](const auto& block) { return block.get() == status; };
+  if (std::erase_if(Face().blocksHeld, isIt) != 1)
+    throw std::logic_error("what came back is no status block");
+}
+
 }  // namespace
 
 sim::Library& AddPrinterLibrary(sim::Machine& machine, std::u16string_view path) {
   static_assert(std::is_same_v<decltype(&SetRegDefaultValue), vgl::PrSetRegDefaultValueFunction>);
   static_assert(std::is_same_v<decltype(&GetSerialID2), vgl::PrGetSerialID2Function>);
+  static_assert(std::is_same_v<decltype(&GetPrinterStatus2), vgl::PrGetPrinterStatus2Function>);
+  static_assert(
+      std::is_same_v<decltype(&ReleasePrinterStatus), vgl::PrReleasePrinterStatusFunction>);
   sim::Library& library = machine.libraries().Add(path);
   library.Export<&SetRegDefaultValue>(1, vgl::kPrSetRegDefaultValue);
   library.Export<&GetSerialID2>(2, vgl::kPrGetSerialID2);
+  library.Export<&GetPrinterStatus2>(3, vgl::kPrGetPrinterStatus2);
+  library.Export<&ReleasePrinterStatus>(4, vgl::kPrReleasePrinterStatus);
   return library;
 }
 

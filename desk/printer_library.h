@@ -3,8 +3,10 @@
 // on.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,6 +56,22 @@ struct PrinterLibrary {
   std::string serial = "K7200A0001";
   bool serialIsCached = false;  // else a call with the cache argument 1 gives -65
   bool printerAnswers = true;   // else one with 0 gives -1
+
+  // --- PrGetPrinterStatus2 and PrReleasePrinterStatus
+
+  struct StatusCall {
+    std::u16string printer;
+    bool zeros = false;  // whether both cells were null
+
+    friend bool operator==(const StatusCall&, const StatusCall&) = default;
+  };
+  std::vector<StatusCall> statusCalls;
+  // What it answers, unless the number "PrinterAnswers" among the printer's data is 0: then -1.
+  std::int32_t statusResult = 0;
+  bool givesStatus = true;        // a block, whatever the result
+  std::uint32_t statusTakes = 0;  // virtual milliseconds
+  std::size_t blocksGiven = 0;
+  std::vector<std::unique_ptr<std::size_t>> blocksHeld;  // those that haven't come back
 };
 
 // The printer library under that path, with its exports by name. Its face begins as above and is

@@ -13,7 +13,9 @@
 #include "desk/run_helper.h"
 #include "desk/sample_spooler.h"
 #include "desk/script.h"
+#include "desk/started_program.h"
 #include "desk/usage_log_library.h"
+#include "desk/utility_library.h"
 #include "desk/whole_file.h"
 #include "platform/sim/registry_library.h"
 
@@ -31,8 +33,9 @@ void PutLibraryAt(sim::Machine& machine, const std::u16string& path) {
   Add(machine, path);
 }
 
-void PutRunHelper(sim::Machine& machine, const std::u16string& path) {
-  machine.programs().Add(path, RunHelperMain);
+template <std::uint32_t (*Main)(const char16_t* commandLine)>
+void PutProgram(sim::Machine& machine, const std::u16string& path) {
+  machine.programs().Add(path, Main);
 }
 
 void PutStandIn(sim::Machine& machine, const std::u16string& path) {
@@ -50,7 +53,9 @@ constexpr LibraryKind kLibraryKinds[] = {
     {"usage-log-library", PutLibraryAt<AddUsageLogLibrary>},
     {"language-manager", PutLibraryAt<AddLanguageManager>},
     {"invitation-library", PutLibraryAt<AddInvitationLibrary>},
-    {"run-helper", PutRunHelper},
+    {"utility-library", PutLibraryAt<AddUtilityLibrary>},
+    {"run-helper", PutProgram<RunHelperMain>},
+    {"program", PutProgram<StartedProgramMain>},
     {"stand-in", PutStandIn},
 };
 constexpr char kBlanks[] = " \t\r";

@@ -71,6 +71,7 @@ class Reader {
         {"param", Kind::Param, &Reader::ReadParam},
         {"start", Kind::Start, &Reader::ReadStart},
         {"wait", Kind::Wait, &Reader::ReadMilliseconds},
+        {"await-ready", Kind::AwaitReady, nullptr, true},
         {"post", Kind::Post, &Reader::ReadMessage, true},
         {"kill", Kind::Kill, nullptr, true},
         {"await-end", Kind::AwaitEnd, &Reader::ReadMilliseconds, true},
@@ -85,11 +86,14 @@ class Reader {
         {"add-printer", Kind::AddPrinter, &Reader::ReadNewPrinter},
         {"delete-printer", Kind::DeletePrinter, &Reader::ReadPrinter},
         {"mask", Kind::Mask, &Reader::ReadNameAndNumber},
+        {"set-data", Kind::SetData, &Reader::ReadData},
         {"select-icon", Kind::SelectIcon, &Reader::ReadNameAndNumber, true},
         {"set-value", Kind::SetValue, &Reader::ReadValue},
+        {"set-time", Kind::SetTime, &Reader::ReadTime},
         {"autostart", Kind::Autostart, &Reader::ReadAutostart},
         {"installer", Kind::InstallerStarts, &Reader::ReadInstaller},
         {"map", Kind::Map, nullptr},
+        {"menu", Kind::Menu, nullptr, true},
         {"show", Kind::Show, nullptr},
         {"picture", Kind::Picture, &Reader::ReadPicture},
     };
@@ -262,6 +266,34 @@ class Reader {
                   " \"Studio 7200\" 1\"");
     m_command.text = *name;
     m_command.number = *number;
+  }
+
+  // Two names and a number; false when they aren't there.
+  bool TakeNamedNumber(Words& words) {
+    const auto owner = TakeName(words);
+    const auto name = TakeName(words);
+    std::string word;
+    words >> word;
+    const auto number = Number<std::uint32_t>(word);
+    if (!owner || owner->empty() || !name || !number) return false;
+    m_command.text = *owner;
+    m_command.name = *name;
+    m_command.number = *number;
+    return true;
+  }
+
+  void ReadData(Words& words) {
+    if (!TakeNamedNumber(words))
+      Fail(
+          "set-data needs a printer, the name of the value and a number, as in \"set-data \"Studio "
+          "7200\" PrinterAnswers 0\"");
+  }
+
+  void ReadTime(Words& words) {
+    if (!TakeNamedNumber(words))
+      Fail(
+          "set-time needs a key below HKEY_CURRENT_USER, a name and how many seconds ago, as in "
+          "\"set-time Software\\KAVRO LastKickNetPilot 86400\"");
   }
 
   void ReadValue(Words& words) {

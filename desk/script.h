@@ -29,6 +29,7 @@ struct Command {
     Param,
     Start,
     Wait,
+    AwaitReady,
     Post,
     Kill,
     AwaitEnd,
@@ -45,24 +46,28 @@ struct Command {
     AddPrinter,
     DeletePrinter,
     Mask,
+    SetData,
     SelectIcon,
     SetValue,
+    SetTime,
     Autostart,
     InstallerStarts,
     InstallerEnds,
     // What is to be seen.
     Map,
+    Menu,
     Show,
     Picture,
   };
 
   Kind kind;
   int line = 0;  // of the script, from 1
-  // Param, Autostart: name of the file; Start: command line; AddPrinter, DeletePrinter, Mask: the
-  // printer; SelectIcon: the printer or port; SetValue: the key; Picture: its name. (UTF-8)
+  // Param, Autostart: name of the file; Start: command line; AddPrinter, DeletePrinter, Mask,
+  // SetData: the printer; SelectIcon: the printer or port; SetValue, SetTime: the key; Picture: its
+  // name. (UTF-8)
   std::string text;
   std::string content;  // Param: the file's text (UTF-8), each line ended by a line feed
-  std::string name;     // Autostart, SetValue: of the value
+  std::string name;     // Autostart, SetData, SetValue, SetTime: of the value
   std::string port;     // AddPrinter
   std::string driver;   // AddPrinter
   std::string value;    // SetValue, if it is a text
@@ -72,7 +77,9 @@ struct Command {
   std::uint32_t message = 0;
   std::uint64_t wParam = 0;
   std::int64_t lParam = 0;
-  std::uint32_t number = 0;         // Choose: the entry's id; Mask, SelectIcon, SetValue: the value
+  // Choose: the entry's id; Mask, SetData, SelectIcon, SetValue: the value; SetTime: how many
+  // seconds ago
+  std::uint32_t number = 0;
   std::vector<std::uint32_t> keys;  // Hold: VK_...
 };
 

@@ -14,6 +14,7 @@
 #include "desk/default_machine.h"
 #include "desk/run_helper.h"
 #include "desk/script.h"
+#include "desk/whole_set.h"
 #include "platform/sim/machine.h"
 
 namespace desk {
@@ -30,6 +31,11 @@ constexpr char16_t kInstallerPath[] = u"C:\\KAVRO\\SETUP.EXE";
 constexpr std::uint64_t kMaskCheckPeriod = 3000;
 // The longest start: the wait for a predecessor.
 constexpr std::uint64_t kLongestStart = 1600;
+// An agent waits for its utility to end.
+constexpr std::uint64_t kLongestUtility = 20000;
+
+const std::u16string kInvitationLibraryHeld =
+    u"library C:\\Windows\\system32\\spool\\drivers\\x64\\3\\K_PARLOS.DLL";
 
 struct Stopped : std::runtime_error {
   using runtime_error::runtime_error;
@@ -45,6 +51,7 @@ struct SoakPrinter {
   bool isWounded = false;       // one of its calls failed: what is only stated for health is off
   std::uint64_t goneSince = 0;  // printer removed or masked
   std::size_t heldAtStart = 0;  // handles of the agent once it stood
+  bool startedAlone = false;    // no installer was at work meanwhile
 };
 
 // A start for a printer that has an agent, which is to give way.
@@ -79,6 +86,7 @@ class SoakRun {
   void SetUp() {
     m_machine.KeepTrace(false);
     SetUpDefaultMachine(m_machine);
+    MakeDriverSetWhole(m_machine);
     m_machine.desktop().AnswerBoxesAtOnce();
     m_machine.programs().Add(kRunHelperPath, RunHelperMain);
     for (int i = 0; i < m_options.printers; ++i) {
@@ -118,6 +126,11 @@ class SoakRun {
   void Install(SoakPrinter& printer) {
     if (IsRunning(printer)) return;  // the last one is still on its way out
     AddPrinterOfDefaultDriver(m_machine, printer.name, u"USB001");
+    constexpr std::uint32_t kMinute = 60000;
+    SetUpPrinterOfWholeSet(m_machine, printer.name,
+                           static_cast<std::uint32_t>(Random(kLongestUtility)),
+                           static_cast<std::uint32_t>((1 + Random(120)) * kMinute),
+                           static_cast<std::uint32_t>(Random(4)));
     printer.isThere = true;
     printer.isMasked = false;
     Start(printer);
@@ -214,12 +227,7 @@ class SoakRun {
 
   void Click(const SoakPrinter& printer) {
     for (sim::OpenMenu* menu : m_machine.desktop().menus().List()) {
-      if (menu->thread->process() != printer.agent) continue;
-      if (Random(2) == 0)
-        m_machine.desktop().menus().Dismiss(*menu);
-      else
-        m_machine.desktop().menus().Choose(*menu, 900 + static_cast<std::uint32_t>(Random(2)));
-      return;
+      if (menu->thread->process() == printer.agent) return UseMenu(*menu);
     }
     const sim::TrayIcon* icon = m_machine.tray().FindOf(*printer.agent);
     if (icon == nullptr) return;
@@ -228,6 +236,23 @@ class SoakRun {
     if (way == 1) m_machine.tray().DoubleClick(*icon);
     if (way == 2) m_machine.tray().RightClick(*icon);
     ++m_clicks;
+  }
+
+  // A person reads, and chooses or goes away. An entry that isn't there leaves the menu open.
+  void UseMenu(sim::OpenMenu& menu) {
+    const std::vector<WholeSetEntry>& entries = EntriesOfWholeSet();
+    const std::uint64_t which = Random(entries.size() + 6);
+    std::uint32_t id = 0;
+    if (which < entries.size()) id = entries[which].id;
+    if (which == entries.size()) id = 900;
+    if (which == entries.size() + 1) id = 901;
+    m_machine.desktop().menus().PointAt(menu, id);
+    m_machine.Settle();
+    if (id == 0 || !m_machine.desktop().menus().Choose(menu, id)) {
+      m_machine.desktop().menus().Dismiss(menu);
+    } else {
+      ++m_choices;
+    }
   }
 
   const sim::Window* WindowOf(const SoakPrinter& printer) {
@@ -242,7 +267,12 @@ class SoakRun {
     std::vector<std::u16string> left = process.Ledger();
     std::erase(left, u"view of VglV5MapFile_Ink");
     std::erase(left, u"window TrayIconWClass");
+    std::erase_if(left, StaysByDesign);
     return left;
+  }
+  // A shield for each time that one was drawn, the thread of each utility call.
+  static bool StaysByDesign(const std::u16string& held) {
+    return held == u"stock icon 77" || held.starts_with(u"thread of ");
   }
 
   [[noreturn]] void Stop(const SoakPrinter& printer, const std::string& what) {
@@ -279,6 +309,7 @@ class SoakRun {
     if (printer.agent == nullptr) return;
     if (printer.agent->ended()) return CheckEnded(printer);
     if (now <= printer.startedAt + kLongestStart) return;
+    if (printer.heldAtStart == 0) printer.startedAlone = m_installerUntil < printer.startedAt;
     if (!printer.isThere || printer.isMasked) return CheckGoing(printer, now);
     if (!printer.isWounded) CheckHealth(printer);
     CheckHandles(printer);
@@ -288,10 +319,12 @@ class SoakRun {
     // An installer keeps agents from noticing.
     const std::uint64_t since =
         std::max({printer.goneSince, m_installerUntil, printer.startedAt + kLongestStart});
-    if (now <= since + kMaskCheckPeriod) return;
+    if (now <= since + kMaskCheckPeriod + kLongestUtility) return;
     if (!printer.isWounded) Stop(printer, "its agent outlives it");
-    // Its timers may have failed; a log-off ends it as any other.
-    if (const sim::Window* window = WindowOf(printer))
+    // Its timers may have failed; a log-off ends it as any other, and also one that waits for a
+    // utility that never began.
+    const sim::Window* window = WindowOf(printer);
+    if (window != nullptr && !window->destroying)
       m_machine.desktop().Post(window->handle, WM_CLOSE);
     else
       m_machine.EndProcess(*printer.agent);
@@ -302,7 +335,11 @@ class SoakRun {
     if (window == nullptr) Stop(printer, "its agent has no window");
     if (m_machine.tray().FindOf(*printer.agent) == nullptr) Stop(printer, "its agent has no icon");
     const std::vector<sim::Timer> timers = m_machine.desktop().TimersOf(window->handle);
-    for (const std::uint64_t id : {vgl::TMID_MASKCHECK, vgl::TMID_FLUSHLOG})
+    std::vector<std::uint64_t> wanted = {vgl::TMID_MASKCHECK, vgl::TMID_FLUSHLOG};
+    // What they go by can't be read while an installer is at work.
+    if (printer.startedAlone)
+      wanted.insert(wanted.end(), {vgl::TMID_INVITATION, vgl::TMID_NETPILOT});
+    for (const std::uint64_t id : wanted)
       if (std::none_of(timers.begin(), timers.end(),
                        [id](const sim::Timer& timer) { return timer.id == id; }))
         Stop(printer, "its agent lacks timer " + std::to_string(id));
@@ -310,7 +347,11 @@ class SoakRun {
 
   void CheckHandles(SoakPrinter& printer) {
     if (IsBusy(printer)) return;
-    const std::vector<std::u16string> held = printer.agent->Ledger();
+    std::vector<std::u16string> held = printer.agent->Ledger();
+    std::erase_if(held, StaysByDesign);
+    // From the first invitation and the first utility on.
+    EraseOne(held, kInvitationLibraryHeld);
+    EraseOne(held, u"semaphore VGL_UtyCall_OBJ_" + printer.name);
     if (printer.heldAtStart == 0) printer.heldAtStart = held.size();
     // A call that failed may have cost the agent its icon or its menu, never more handles.
     if (held.size() <= printer.heldAtStart) return;
@@ -319,7 +360,14 @@ class SoakRun {
     Stop(printer, "its agent holds more than at its start:" + list);
   }
 
+  static void EraseOne(std::vector<std::u16string>& held, const std::u16string& what) {
+    if (const auto found = std::find(held.begin(), held.end(), what); found != held.end())
+      held.erase(found);
+  }
+
+  // A menu is open, or a utility runs.
   bool IsBusy(const SoakPrinter& printer) {
+    if (printer.agent->threads().size() > 1) return true;
     const auto menus = m_machine.desktop().menus().List();
     return std::any_of(menus.begin(), menus.end(), [&](const sim::OpenMenu* menu) {
       return menu->thread->process() == printer.agent;
@@ -358,7 +406,7 @@ class SoakRun {
       if (printer.isThere) Remove(printer);
     if (m_installer != nullptr && !m_installer->ended()) m_machine.EndProcess(*m_installer);
     for (int i = 0; i < 3; ++i) {
-      m_machine.RunFor(kLongestStart + kMaskCheckPeriod + 1);
+      m_machine.RunFor(kLongestStart + kMaskCheckPeriod + kLongestUtility + 1);
       CheckAll();
     }
     for (const SoakPrinter& printer : m_printers)
@@ -369,9 +417,9 @@ class SoakRun {
       throw Stopped("a window is left");
     m_out << m_options.hours << " hours, " << m_options.printers << " printers, seed "
           << m_options.seed << ": " << m_events << " events, " << m_starts << " starts, " << m_ends
-          << " ends, " << m_removals << " removals, " << m_clicks << " clicks, " << m_wounds
-          << " faults, " << m_machine.programs().Starts().size() << " programs started, " << m_calls
-          << " platform calls\n";
+          << " ends, " << m_removals << " removals, " << m_clicks << " clicks, " << m_choices
+          << " entries chosen, " << m_wounds << " faults, " << m_machine.programs().Starts().size()
+          << " programs started, " << m_calls << " platform calls\n";
   }
 
   const SoakOptions& m_options;
@@ -381,8 +429,8 @@ class SoakRun {
   std::vector<SecondStart> m_seconds;
   sim::Process* m_installer = nullptr;
   std::uint64_t m_installerUntil = 0;  // when one was last at work
-  std::uint64_t m_events = 0, m_starts = 0, m_ends = 0, m_removals = 0, m_clicks = 0, m_wounds = 0,
-                m_calls = 0;
+  std::uint64_t m_events = 0, m_starts = 0, m_ends = 0, m_removals = 0, m_clicks = 0, m_choices = 0,
+                m_wounds = 0, m_calls = 0;
   sim::Machine m_machine;
 };
 

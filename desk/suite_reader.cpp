@@ -10,7 +10,9 @@
 #include "app/param_file.h"
 #include "desk/invitation_library.h"
 #include "desk/run_helper.h"
+#include "desk/started_program.h"
 #include "desk/usage_log_file.h"
+#include "desk/utility_library.h"
 #include "platform/owned.h"
 
 namespace desk {
@@ -184,6 +186,8 @@ Lines ReadSuite() {
   Lines lines;
   AddLinesOfLog(kRunHelperLog, "run helper: ", lines);
   AddLinesOfLog(kInvitationLog, "invitation library: ", lines);
+  AddLinesOfLog(kUtilityLog, "utility library: ", lines);
+  AddLinesOfLog(kProgramsLog, "program: ", lines);
   AddTempFiles(lines);
   AddRunValues(lines);
   AddRecords(vgl::kPrinterBranch, lines);

@@ -8,9 +8,13 @@
 namespace desk {
 
 // Lines of UTF-8, in this order, of
-//   the starts of the run helper, and what the invitation library was told:
+//   the starts of the run helper, what the invitation library and the utility library were told,
+//   and the starts of other programs with what they were given:
 //     run helper: status window: printer "Studio 7200", port "USB001", model "S7200"
 //     invitation library: close: "Studio 7200"
+//     utility library: begin UtCleanHeadW: "Studio 7200" "" "" ""
+//     utility library: end UtCleanHeadW
+//     program: K_S72LM.EXE "Studio 7200"
 //   parameter files in the temp folder:
 //     temp folder: K_Q0001.tmp
 //   the values by which Windows starts programs when this user logs on:

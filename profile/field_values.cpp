@@ -115,4 +115,8 @@ std::int64_t ParseNumber(std::u16string_view field) {
   return isNegative ? -number : number;
 }
 
+std::int32_t ParseDecimal(std::u16string_view text) {
+  return static_cast<std::int32_t>(ParseNumber(text.substr(0, text.find_first_of(u"xX"))));
+}
+
 }  // namespace vgl

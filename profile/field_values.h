@@ -44,5 +44,7 @@ std::uint32_t ClassifyValue(std::u16string_view field);
 // without a digit it is 0. Always a number of 32 bits with sign: what lies beyond is the nearest
 // one.
 std::int64_t ParseNumber(std::u16string_view field);
+// The same, but always decimal: an x ends it.
+std::int32_t ParseDecimal(std::u16string_view text);
 
 }  // namespace vgl

@@ -277,5 +277,21 @@ TEST_F(GuardedOpen, NoFailureOfACallLeavesAnythingOpen) {
   EXPECT_EQ(failed, "OpenPrinterW");  // the last that can fail; the two closes can't by number
 }
 
+TEST_F(GuardedOpen, TellsWhetherAnInstallerIsAtWorkAndLeavesNothingOpen) {
+  EXPECT_FALSE(IsInstallerActive(u"P"));
+  EXPECT_FALSE(IsInstallerActive(u"missing"));
+  inside.process().FailNext("CreateMutexW", ERROR_ACCESS_DENIED);
+  EXPECT_FALSE(IsInstallerActive(u"P"));
+  EXPECT_TRUE(inside.process().Ledger().empty());
+
+  const HANDLE installer = StartInstaller();
+  EXPECT_TRUE(IsInstallerActive(u"P"));
+  EXPECT_TRUE(IsInstallerActive(u"missing"));
+  EXPECT_TRUE(IsInstallerActive(u""));
+  EXPECT_EQ(inside.process().Ledger().size(), 1U);
+  Os().objects.CloseHandle(installer);
+  EXPECT_FALSE(IsInstallerActive(u"P"));
+}
+
 }  // namespace
 }  // namespace vgl

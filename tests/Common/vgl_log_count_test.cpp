@@ -66,7 +66,7 @@ TEST_F(VglLogCount, LaterCountsAskNobody) {
               Count(13);
               log.SetValue(VGLLOG_TRAYICON, 2, 7, kPrinter);
             }),
-            0U);
+            3 * kCallsOfLock);
   EXPECT_EQ(Counter(1), 2U);
   EXPECT_EQ(Counter(13), 1U);
   EXPECT_EQ(Counter(2), 7U);
@@ -314,7 +314,7 @@ TEST_F(VglLogCount, ClearOfAnEmptyLogDoesNothing) {
               log.Clear();
               log.Clear();
             }),
-            0U);
+            2 * kCallsOfLock);
 }
 
 TEST_F(VglLogCount, AfterAClearTheKeyIsReadAnew) {

@@ -1,9 +1,11 @@
-// Default machines whose driver set names an invitation library.
+// Default machines whose driver set has what is started unasked: invitations, NetPilot.
 #pragma once
 
 #include <string>
 
+#include "desk/invitation_library.h"
 #include "platform/sim/machine.h"
+#include "tests/support/sim_desk.h"
 
 namespace vgl {
 
@@ -22,6 +24,19 @@ inline void NameInvitationLibrary(sim::Machine& machine,
   machine.files().WriteFile(kInstallDescription,
                             machine.files().ReadFile(kInstallDescription).value() +
                                 "REGENTER=DRV,\"SMRT_PARLOS\"," + value + "\r\n");
+}
+
+// Whether the driver's ink-order service is offered.
+inline constexpr char16_t kInkOrderKey[] = u"Software\\KAVRO\\KAVRO Studio 7200 IO_URL";
+
+// Gives the default machine all that has an agent arm its two kicks: the ink-order service, an
+// invitation library whose period is five minutes, and a VIF that names NetPilot.
+inline void OfferKicks(sim::Machine& machine) {
+  machine.registry().MakeKey(platform::HKEY_LOCAL_MACHINE, kInkOrderKey);
+  desk::AddInvitationLibrary(machine, kInvitations);
+  desk::InvitationLibraryOf(machine).period = 300000;
+  NameInvitationLibrary(machine);
+  AddToVif(machine, "[Download]\r\nUPPILOTEXE=NETPILOT.EXE");
 }
 
 }  // namespace vgl

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 
+#include "tests/app/invitation_set.h"
 #include "tests/support/frame_fixture.h"
 #include "tests/support/sim_desk.h"
 
@@ -352,14 +353,23 @@ TEST_F(StartedFrame, KnowsNetPilotFromTheVif) {
 }
 
 TEST_F(StartedFrame, OfANetworkPrinterHasNoNetPilot) {
-  AddToVif(machine, kNetPilot);
+  OfferKicks(machine);
   machine.spooler().At(desk::kPrinterName).attributes =
       PRINTER_ATTRIBUTE_NETWORK | 0x40 /* PRINTER_ATTRIBUTE_LOCAL, as a shared one has it */;
   ASSERT_EQ(frame->StartUp(), 1);
   EXPECT_TRUE(HasLogged("StartUP csNetPilotString : NETPILOT.EXE"));
   EXPECT_TRUE(HasLogged("PRINTER_ATTRIBUTE_NETWORK"));
   EXPECT_EQ(frame->m_csNetPilotString, u"");
+  EXPECT_EQ(frame->m_uhNetPilot, 0U);
   EXPECT_EQ(PeriodOf(TMID_NETPILOT), 0U);
+  EXPECT_EQ(PeriodOf(TMID_INVITATION), 60000U);
+}
+
+TEST_F(StartedFrame, OfAPrinterThatIsNoneChecksForNetPilotAfterAMinute) {
+  OfferKicks(machine);
+  ASSERT_EQ(frame->StartUp(), 1);
+  EXPECT_EQ(frame->m_uhNetPilot, TMID_NETPILOT);
+  EXPECT_EQ(PeriodOf(TMID_NETPILOT), 60000U);
 }
 
 TEST_F(StartedFrame, OfAPrinterWithOtherAttributesHasNetPilot) {

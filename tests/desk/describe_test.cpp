@@ -460,7 +460,8 @@ TEST_F(SmallSet, ASampleWithAMistakeIsNotDescribed) {
   EXPECT_EQ(outcome.err, "vgldesk describe: " + sample.path().string() +
                              "/libraries: line 1: there is no kind \"library\"; the kinds are "
                              "registry-library, printer-library, usage-log-library, "
-                             "language-manager, invitation-library, run-helper and stand-in\n");
+                             "language-manager, invitation-library, utility-library, run-helper, "
+                             "program and stand-in\n");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "menu/smart_invitation.h"
 #include "platform/owned.h"
 #include "platform/sim/machine.h"
 
@@ -19,12 +20,22 @@ class InvitationLibraryStandIn : public testing::Test {
   sim::Inside inside{machine};
   sim::Library& library = AddInvitationLibrary(machine, kPath);
 
-  // What the export answers to a program that loads the library for one call.
-  static std::int32_t Close(const char16_t* printer) {
+  // What an export answers to a program that loads the library for one call.
+  template <class Function, class... Arguments>
+  static auto Call(const char* name, Arguments... arguments) {
     const OwnedModule module(Os().modules.LoadLibraryW(kPath));
-    const auto close = reinterpret_cast<std::int32_t (*)(const char16_t*)>(
-        Os().modules.GetProcAddress(module.get(), "FY07ParlosCloseExW"));
-    return close(printer);
+    return reinterpret_cast<Function>(Os().modules.GetProcAddress(module.get(), name))(
+        arguments...);
+  }
+  static std::int32_t Close(const char16_t* printer) {
+    return Call<std::int32_t (*)(const char16_t*)>("FY07ParlosCloseExW", printer);
+  }
+  static std::uint32_t Period() {
+    return Call<vgl::ParlosIsInvitationTimerFunction>("FY08ParlosIsInvitationTimerW", u"P", u"D");
+  }
+  static std::int32_t Level() {
+    return Call<vgl::ParlosIsAllowInvitationFunction>("FY08ParlosIsAllowInvitationW", u"P", u"D",
+                                                      u"M", 0, -1, 1);
   }
 };
 
@@ -42,6 +53,34 @@ TEST_F(InvitationLibraryStandIn, AGoodbyeIsKeptAndWrittenDown) {
 TEST_F(InvitationLibraryStandIn, TheAnswerIsTheTests) {
   InvitationLibraryOf(machine).closeResult = -5;
   EXPECT_EQ(Close(u"A"), -5);
+}
+
+TEST_F(InvitationLibraryStandIn, PeriodAndLevelAreThePrintersUnlessATestSaysOtherwise) {
+  EXPECT_EQ(Period(), 0U);
+  EXPECT_EQ(Level(), 0);
+  machine.spooler().AddPrinter({.name = u"P", .port = u"USB001"});
+  EXPECT_EQ(Period(), 0U);
+  machine.spooler().SetData(u"P", u"PrinterDriverData", u"InvitationPeriod", REG_DWORD,
+                            std::string("\x78\x56\x34\xF2", 4));
+  machine.spooler().SetData(u"P", u"PrinterDriverData", u"InvitationLevel", REG_DWORD,
+                            std::string("\xFE\xFF\xFF\xFF", 4));
+  EXPECT_EQ(Period(), 0xF2345678U);
+  EXPECT_EQ(Level(), -2);
+  InvitationLibraryOf(machine).period = 0;
+  InvitationLibraryOf(machine).level = 7;
+  EXPECT_EQ(Period(), 0U);
+  EXPECT_EQ(Level(), 7);
+}
+
+TEST_F(InvitationLibraryStandIn, EachQuestionIsKeptAndWrittenDown) {
+  Period();
+  Level();
+  EXPECT_EQ(InvitationLibraryOf(machine).timerCalls,
+            (std::vector<InvitationLibrary::TimerCall>{{u"P", u"D"}}));
+  EXPECT_EQ(InvitationLibraryOf(machine).allowCalls,
+            (std::vector<InvitationLibrary::AllowCall>{{u"P", u"D", u"M", {0, -1, 1}}}));
+  EXPECT_EQ(machine.files().ReadFile(kInvitationLog),
+            "timer: \"P\" \"D\"\nallow: \"P\" \"D\" \"M\" 0 -1 1\n");
 }
 
 TEST_F(InvitationLibraryStandIn, ItsWritingIsNoCallOfTheProgram) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -110,6 +111,51 @@ TEST_F(ScriptedPrinterLibrary, ScriptedAnswersComeFirstOneACall) {
   EXPECT_EQ(GetSerial(buffer, 0), 0);
   EXPECT_EQ(face.serialCalls, (std::vector<PrinterLibrary::SerialCall>{
                                   {u"P", true, 32, 0}, {u"P", true, 32, 1}, {u"P", true, 32, 0}}));
+}
+
+TEST_F(ScriptedPrinterLibrary, GivesAStatusBlockThatHasToComeBack) {
+  void* status = nullptr;
+  void* second = nullptr;
+  const auto get = reinterpret_cast<vgl::PrGetPrinterStatus2Function>(
+      Os().modules.GetProcAddress(library.get(), "PrGetPrinterStatus2"));
+  const auto release = reinterpret_cast<vgl::PrReleasePrinterStatusFunction>(
+      Os().modules.GetProcAddress(library.get(), "PrReleasePrinterStatus"));
+  EXPECT_EQ(get(u"P", &status, &second), 0);
+  EXPECT_EQ(face.blocksGiven, 1U);
+  EXPECT_EQ(face.blocksHeld.size(), 1U);
+  EXPECT_EQ(get(u"Q", &status, &second), 0);
+  release(status);
+  EXPECT_EQ(face.blocksHeld.size(), 1U);
+  EXPECT_THROW(release(status), std::logic_error);
+  EXPECT_EQ(face.statusCalls,
+            (std::vector<PrinterLibrary::StatusCall>{{u"P", true}, {u"Q", false}}));
+}
+
+TEST_F(ScriptedPrinterLibrary, AnswersForAPrinterUnlessItsDataSaysOtherwise) {
+  const auto status = [this] {
+    void* cells[2] = {};
+    face.givesStatus = false;
+    const std::int32_t result =
+        reinterpret_cast<vgl::PrGetPrinterStatus2Function>(Os().modules.GetProcAddress(
+            library.get(), "PrGetPrinterStatus2"))(u"P", &cells[0], &cells[1]);
+    EXPECT_EQ(cells[0], nullptr);
+    return result;
+  };
+  const auto setAnswers = [this](std::uint32_t type, const std::string& value) {
+    machine.spooler().SetData(u"P", u"PrinterDriverData", u"PrinterAnswers", type, value);
+  };
+  face.statusResult = 5;
+  EXPECT_EQ(status(), 5);  // of no printer of the machine
+  machine.spooler().AddPrinter({.name = u"P", .port = u"USB001"});
+  EXPECT_EQ(status(), 5);
+  setAnswers(REG_DWORD, std::string(4, '\0'));
+  EXPECT_EQ(status(), -1);
+  setAnswers(REG_DWORD, std::string("\0\0\0\1", 4));
+  EXPECT_EQ(status(), 5);
+  setAnswers(REG_SZ, std::string(4, '\0'));  // no number
+  EXPECT_EQ(status(), 5);
+  setAnswers(REG_DWORD, std::string(3, '\0'));
+  EXPECT_EQ(status(), 5);
 }
 
 }  // namespace

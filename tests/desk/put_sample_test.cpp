@@ -26,7 +26,7 @@ class PutSample : public testing::Test {
 
   PutSample() {
     for (const char* stub : {"K_WRDEF1.DLL", "KVPRN.DLL", "K_APLOG.DLL", "KVLMW.DLL",
-                             "KVPARLOS.DLL", "run_helper.exe"})
+                             "KVPARLOS.DLL", "KVUTIL.DLL", "run_helper.exe", "started_program.exe"})
       scratch.Write(fs::path("stubs") / stub, "stub "s + stub);
     // As in: wine regedit /S C:\put-sample.abc
     scratch.Write("wine", "#!/bin/bash\ncp \"$WINEPREFIX/drive_c/${3#C:\\\\}\" '" +
@@ -91,13 +91,15 @@ TEST_F(PutSample, AgreesWithVgldeskOnEachLineOfLibraries) {
       {"stand-in A\\B.DLL\r\nregistry-library A\\C d.DLL \t\r\n", true, {"A/B.DLL", "A/C d.DLL"}},
       {" \tstand-in\tA.DLL", true, {"A.DLL"}},
       {"printer-library A\nusage-log-library B\nlanguage-manager C\ninvitation-library D\n"
-       "run-helper E.EXE\n",
+       "utility-library E\nrun-helper F.EXE\nprogram G.EXE\n",
        true,
-       {"A", "B", "C", "D", "E.EXE"}},
+       {"A", "B", "C", "D", "E", "F.EXE", "G.EXE"}},
       {"Registry-library A\n", false, {}},
       {"printer-library\n", false, {}},
       {"run-helper C:\\A.EXE\n", false, {}},
-      {"utility-library A\n", false, {}},
+      {"utility-libraries A\n", false, {}},
+      {"program\n", false, {}},
+      {"programs A.EXE\n", false, {}},
       {"* A\n", false, {}},
       {"@ A\n", false, {}},
       {"$(false) A\n", false, {}},
@@ -206,7 +208,9 @@ TEST_F(PutSample, PutsTheStubOfItsKind) {
       {"usage-log-library", "stub K_APLOG.DLL"},
       {"language-manager", "stub KVLMW.DLL"},
       {"invitation-library", "stub KVPARLOS.DLL"},
+      {"utility-library", "stub KVUTIL.DLL"},
       {"run-helper", "stub run_helper.exe"},
+      {"program", "stub started_program.exe"},
       {"stand-in", ""},
   };
   for (const auto& [kind, bytes] : cases) {

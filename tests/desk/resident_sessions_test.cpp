@@ -16,6 +16,7 @@ const std::string kStatus =
     "run helper: status window: printer \"Studio 7200\", port \"USB001\", model \"S7200\"";
 const std::string kPreferences =
     "run helper: preferences window: printer \"Studio 7200\", port \"USB001\", model \"S7200\"";
+const std::string kAsked = "invitation library: timer: \"Studio 7200\" \"KAVRO Studio 7200\"";
 const std::string kGoodbye = "invitation library: close: \"Studio 7200\"";
 const std::string kKeptFile = "temp folder: K_Q0001.tmp";
 const std::string kRunValue =
@@ -29,6 +30,10 @@ std::string Count(int counter, int times) {
   return "usage log VGL_TrayIcon_S72K004711.xml: counter " + std::to_string(counter) + " is " +
          std::to_string(times);
 }
+
+// Where the names of temporary files don't count.
+const std::string kShownFile = WithoutTempNames(kKeptFile);
+const std::string kShownRunValue = WithoutTempNames(kRunValue);
 
 // The lines from the last one that holds `mark` on.
 std::string Since(const std::string& mark, const std::string& out) {
@@ -45,19 +50,26 @@ TEST(ResidentSession, ShowsIconWindowsEndAndCounts) {
        {"icon added: \"Studio 7200\", icon 700 of " + pictures + "\n",
         std::string("with the parameters /P \"Studio 7200\" /O \"USB001\" /M \"S7200\"\n"),
         "icon modified: \"Studio 7200\", icon 701 of " + pictures + "\n",
-        std::string("popup menu: Studio 7200 | Monitoring Preferences...\n"),
         std::string("with the parameters /P \"Studio 7200\" /O \"USB001\" /M \"S7200\" /E\n")})
     EXPECT_TRUE(Holds(outcome.out, part)) << part;
-  EXPECT_EQ(ShownLines(outcome.out), (Lines{// before logon
-                                            kKeptFile, kRunValue, kRecord + "0",
-                                            // with the icon
-                                            kKeptFile, kRunValue, kRecord + "0",
-                                            // behind the visits of both windows
-                                            kStatus, kPreferences, kKeptFile, kRunValue,
-                                            kRecord + "1", Count(1, 1), Count(2, 1), Count(3, 1),
-                                            // behind the printer's end: the record stays
-                                            kStatus, kPreferences, kGoodbye, kGoodbye,
-                                            kRecord + "1", Count(1, 1), Count(2, 1), Count(3, 1)}));
+  // 69 characters with the terminator.
+  const Lines help = StartWithFile("K_S72MAN.EXE", "/HELP", 138);
+  const Lines counts = {Count(1, 1), Count(2, 1), Count(3, 1)};
+  EXPECT_EQ(ShownLines(WithoutTempNames(outcome.out)),
+            Joined({// before logon
+                    {kShownFile, kShownRunValue, kRecord + "0"},
+                    // with the icon
+                    {kAsked, kShownFile, kShownRunValue, kRecord + "0"},
+                    // behind the visits of both windows and the help
+                    {kStatus, kPreferences, kAsked},
+                    help,
+                    {kShownFile, kShownRunValue, kRecord + "1"},
+                    counts,
+                    // behind the printer's end: the record stays
+                    {kStatus, kPreferences, kAsked, kGoodbye, kGoodbye},
+                    help,
+                    {kRecord + "1"},
+                    counts}));
 }
 
 TEST(ResidentSession, TheAgentOfADeletedPrinterCleansUpAndEndsWithinThreeSeconds) {
@@ -85,15 +97,17 @@ TEST(ResidentSession, AnInstallerAtWorkMakesBothWindowsWaitAndAClickTakeThePrint
   EXPECT_EQ(Behind("agent 1   message box \"", outcome.out).size(), 2U);
   EXPECT_EQ(Behind(busy, outcome.out), (Lines{"", ""}));
   EXPECT_TRUE(Holds(outcome.out, "3.100  agent 1   got WM_TIMER TMID_MASKCHECK\n"));
-  EXPECT_EQ(ShownLines(outcome.out),
-            (Lines{// after two busy boxes: nothing was started
-                   kRecord + "0",
-                   // when the installer was done
-                   kStatus, kRecord + "0",
-                   // the second agent, before the click
-                   kStatus, kKeptFile, kRunValue, kRecord + "0", Count(1, 1), Count(2, 1),
-                   // behind it; the second agent's count of its start goes with it
-                   kStatus, kGoodbye, kGoodbye, kRecord + "0", Count(1, 1), Count(2, 1)}));
+  EXPECT_EQ(
+      ShownLines(outcome.out),
+      (Lines{// after two busy boxes: nothing was started
+             kAsked, kRecord + "0",
+             // when the installer was done
+             kStatus, kAsked, kRecord + "0",
+             // the second agent, before the click
+             kStatus, kAsked, kAsked, kKeptFile, kRunValue, kRecord + "0", Count(1, 1), Count(2, 1),
+             // behind it; the second agent's count of its start goes with it
+             kStatus, kAsked, kAsked, kGoodbye, kGoodbye, kRecord + "0", Count(1, 1),
+             Count(2, 1)}));
 }
 
 TEST(ResidentSession, AMaskedPrintersAgentEndsAndStaysInTheRunKey) {
@@ -105,7 +119,7 @@ TEST(ResidentSession, AMaskedPrintersAgentEndsAndStaysInTheRunKey) {
   EXPECT_TRUE(Holds(outcome.out, "3.200  agent 2   ended with code 0\n"));
   EXPECT_FALSE(Holds(outcome.out, "agent 2   icon added"));
   EXPECT_FALSE(Holds(outcome.out, "deleted value"));
-  const Lines left = {kKeptFile, kRunValue, kRecord + "0", Count(1, 1)};
+  const Lines left = {kAsked, kKeptFile, kRunValue, kRecord + "0", Count(1, 1)};
   Lines twice = left;
   twice.insert(twice.end(), left.begin(), left.end());
   EXPECT_EQ(ShownLines(outcome.out), twice);
@@ -123,7 +137,7 @@ TEST(ResidentSession, TheMouseOpensTheMenuAndTheQuitKeysEndTheAgent) {
   EXPECT_TRUE(Holds(outcome.out, "1.200  agent 1   popup menu: "));
   EXPECT_TRUE(Holds(outcome.out, "1.400  agent 1   popup menu: "));
   EXPECT_EQ(Behind("popup menu: ", outcome.out).size(), 2U);
-  EXPECT_EQ(ShownLines(outcome.out), (Lines{kStatus, kRecord + "0"}));
+  EXPECT_EQ(ShownLines(outcome.out), (Lines{kStatus, kAsked, kRecord + "0"}));
   EXPECT_TRUE(Holds(Since("holds keys down", outcome.out), "agent 1   ended with code 0\n"));
 }
 
@@ -135,21 +149,25 @@ TEST(ResidentSession, APortsAgentHasItsIconAndRecordAndIsGoneWithAClick) {
   EXPECT_TRUE(Holds(outcome.out, "icon modified: \"LPT2\", icon 700 of "));
   const std::string port = "record KVNTarget\\P0000000000000000: Name \"LPT2\", TrayIconEnable 1, ";
   const std::string goodbye = "invitation library: close: \"LPT2\"";
-  EXPECT_EQ(ShownLines(outcome.out), (Lines{kRecord + "0", port + "TrayIconSelected 2", goodbye,
-                                            goodbye, kRecord + "0", port + "TrayIconSelected 0"}));
+  const std::string asked = "invitation library: timer: \"\" \"KAVRO Studio 7200\"";
+  EXPECT_EQ(ShownLines(outcome.out),
+            (Lines{asked, kRecord + "0", port + "TrayIconSelected 2", asked, goodbye, goodbye,
+                   kRecord + "0", port + "TrayIconSelected 0"}));
 }
 
 TEST(ResidentSession, AClickReachesTheAgentWhoseIconItIs) {
   const Outcome outcome = RunSession("two_icons");
   EXPECT_EQ(outcome.code, 0);
   EXPECT_EQ(outcome.err, "");
-  EXPECT_EQ(ShownLines(outcome.out),
-            (Lines{kStatus,
-                   "run helper: status window: printer \"Second Studio\", port \"LPT1\", model "
-                   "\"S7200\"",
-                   kPreferences, kRecord + "0",
-                   "record KVLTarget\\P0000000000000001: Name \"Second Studio\", TrayIconEnable 1, "
-                   "TrayIconSelected 1"}));
+  EXPECT_EQ(
+      ShownLines(outcome.out),
+      (Lines{kStatus,
+             "run helper: status window: printer \"Second Studio\", port \"LPT1\", model "
+             "\"S7200\"",
+             kPreferences, kAsked,
+             "invitation library: timer: \"Second Studio\" \"KAVRO Studio 7200\"", kRecord + "0",
+             "record KVLTarget\\P0000000000000001: Name \"Second Studio\", TrayIconEnable 1, "
+             "TrayIconSelected 1"}));
 }
 
 TEST(ResidentSession, WhatCantBeDoneFailsTheSession) {
@@ -166,10 +184,14 @@ TEST(ResidentSession, WhatCantBeDoneFailsTheSession) {
       {"wait 200\nright-click\ndismiss\ndismiss", "line 5: agent 1 shows no menu"},
       {"wait 200\nright-click\nchoose 905",
        "line 4: agent 1 shows a menu in which entry 905 can't be chosen"},
+      {"wait 200\nmenu", "line 3: agent 1 shows no menu"},
+      {"kill\nawait-ready", "line 3: agent 1 has no window"},
+      {"wait 200\nkill\nawait-ready", "line 4: agent 1 has no window"},
       {"wait 200\nanswer", "line 3: agent 1 shows no message box"},
       {"add-printer \"studio 7200\" a b", "line 2: there is a printer \"studio 7200\" already"},
       {"delete-printer Studio", "line 2: there is no printer \"Studio\""},
       {"mask Studio 1", "line 2: there is no printer \"Studio\""},
+      {"set-data Studio PrinterAnswers 0", "line 2: there is no printer \"Studio\""},
       {"wait 200\nselect-icon Studio 1", "line 3: there is no record of \"Studio\""},
       {"select-icon \"Studio 7200\" 1", "line 2: the agent has no window"},
   };
@@ -186,6 +208,14 @@ TEST(ResidentSession, KeysAreReleasedTogether) {
                 "wait 200\nhold ctrl shift\nhold space\nrelease\nright-click\ndismiss\nkill\n");
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.code, 1);
+}
+
+TEST(ResidentSession, AnAgentIsReadyWhenItsStartIsDone) {
+  const Outcome outcome =
+      RunScript(std::string(kStart) + "await-ready\n" + "post WM_CLOSE\nawait-end 0\n");
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_TRUE(Holds(outcome.out, "0.100  script    posts WM_CLOSE to agent 1\n"));
 }
 
 TEST(ResidentSession, APictureIsNothingButALineHere) {

@@ -6,6 +6,7 @@
 #include "desk/printer_library.h"
 #include "desk/run_helper.h"
 #include "desk/sample_spooler.h"
+#include "desk/started_program.h"
 #include "platform/owned.h"
 #include "tests/desk/scratch_folder.h"
 
@@ -63,14 +64,23 @@ TEST_F(SampleTest, LibrariesStandUnderTheirPathsByTheirKinds) {
   Write("libraries",
         "# comment\n\r\n  # comment\n \t\r\n registry-library \tDrv\\A b.DLL \t\r\n"
         "printer-library Drv\\P.DLL\nusage-log-library Drv\\U.DLL\nlanguage-manager Drv\\L.DLL\n"
-        "invitation-library Drv\\I.DLL\nstand-in Drv\\X.EXE");
+        "invitation-library Drv\\I.DLL\nutility-library Drv\\T.DLL\nstand-in Drv\\X.EXE");
   ASSERT_TRUE(Load()) << error;
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\A b.DLL").Find(4), nullptr);
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\P.DLL").Find("PrGetSerialID2"), nullptr);
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\U.DLL").Find("IncrementMultiLog"), nullptr);
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\L.DLL").Find("LMWGetLibraryPath"), nullptr);
   EXPECT_NE(machine.libraries().At(u"C:\\Drv\\I.DLL").Find("FY07ParlosCloseExW"), nullptr);
+  EXPECT_NE(machine.libraries().At(u"C:\\Drv\\T.DLL").Find("UtCleanHeadW"), nullptr);
   EXPECT_EQ(machine.files().ReadFile(u"C:\\Drv\\X.EXE"), "");
+}
+
+// Starts a program and waits for its end.
+void RunToItsEnd(std::u16string commandLine) {
+  ProcessInformation started;
+  ASSERT_TRUE(Os().process.CreateProcessW(commandLine.data(), &started));
+  const OwnedObject process(started.process), thread(started.thread);
+  EXPECT_EQ(Os().objects.WaitForSingleObject(process.get(), INFINITE), WAIT_OBJECT_0);
 }
 
 TEST_F(SampleTest, ARunHelperIsAProgramThatWritesDownWhatItWasGiven) {
@@ -79,13 +89,19 @@ TEST_F(SampleTest, ARunHelperIsAProgramThatWritesDownWhatItWasGiven) {
   machine.files().MakeFolder(u"C:\\ProgramData\\KAVRO\\VGL3");
   machine.files().WriteUtf16(u"C:\\f.tmp", u"/P1 \"A\"\n/O1 \"B\"\n/M1 \"C\"\n/E");
   const sim::Inside inside(machine);
-  std::u16string commandLine = u"C:\\Drv\\K_QD21RX.EXE /FU \"C:\\f.tmp\"";
-  ProcessInformation started;
-  ASSERT_TRUE(Os().process.CreateProcessW(commandLine.data(), &started));
-  const OwnedObject process(started.process), thread(started.thread);
-  EXPECT_EQ(Os().objects.WaitForSingleObject(process.get(), INFINITE), WAIT_OBJECT_0);
+  RunToItsEnd(u"C:\\Drv\\K_QD21RX.EXE /FU \"C:\\f.tmp\"");
   EXPECT_EQ(machine.files().ReadFile(kRunHelperLog),
             "preferences window: printer \"A\", port \"B\", model \"C\"\n");
+}
+
+TEST_F(SampleTest, AnyOtherProgramWritesItsNameBeside) {
+  Write("libraries", "program Drv\\A.EXE\nprogram Drv\\b c.exe\n");
+  ASSERT_TRUE(Load()) << error;
+  machine.files().MakeFolder(u"C:\\ProgramData\\KAVRO\\VGL3");
+  const sim::Inside inside(machine);
+  RunToItsEnd(u"C:\\Drv\\A.EXE  /X \"y z\"");
+  RunToItsEnd(u"\"C:\\DRV\\B C.EXE\"");
+  EXPECT_EQ(machine.files().ReadFile(kProgramsLog), "A.EXE /X \"y z\"\nb c.exe\n");
 }
 
 TEST_F(SampleTest, TheSerialNumberIsAmongThePrintersData) {
@@ -294,8 +310,8 @@ TEST_F(SampleTest, MistakesInLibrariesAreNamedWithTheirLine) {
   } cases[] = {
       {"stand-in B\nregistrylibrary A.DLL\n",
        "libraries: line 2: there is no kind \"registrylibrary\"; the kinds are registry-library, "
-       "printer-library, usage-log-library, language-manager, invitation-library, run-helper and "
-       "stand-in"},
+       "printer-library, usage-log-library, language-manager, invitation-library, "
+       "utility-library, run-helper, program and stand-in"},
       {"# next\r\nregistry-library\r\n",
        "libraries: line 2: \"\" is no path on drive C, as in "
        "Windows\\system32\\spool\\drivers\\x64\\3\\X.DLL"},

@@ -106,6 +106,10 @@ TEST(Script, ReadsWhatAPersonDoes) {
       {"dismiss @1", Kind::Dismiss, 1, 0},
       {"answer @1", Kind::Answer, 1, 0},
       {"release", Kind::Release, 0, 0},
+      {"await-ready", Kind::AwaitReady, 0, 0},
+      {"await-ready @1", Kind::AwaitReady, 1, 0},
+      {"menu", Kind::Menu, 0, 0},
+      {"menu @1", Kind::Menu, 1, 0},
   };
   for (const auto& [line, kind, agent, number] : cases) {
     SCOPED_TRACE(line);
@@ -168,6 +172,19 @@ TEST(Script, AValueIsATextInQuotesOrANumber) {
   EXPECT_TRUE(Only("set-value Software\\KAVRO Name \"\"").isText);
 }
 
+TEST(Script, APrintersDataAndATimeInTheRegistryAreNumbersOfAName) {
+  const Command data = Only("set-data \"Studio 7200\" PrinterAnswers 4294967295");
+  EXPECT_EQ(data.kind, Kind::SetData);
+  EXPECT_EQ(data.text, "Studio 7200");
+  EXPECT_EQ(data.name, "PrinterAnswers");
+  EXPECT_EQ(data.number, 4294967295U);
+  const Command time = Only("set-time Software\\KAVRO \"\" 86400");
+  EXPECT_EQ(time.kind, Kind::SetTime);
+  EXPECT_EQ(time.text, "Software\\KAVRO");
+  EXPECT_EQ(time.name, "");
+  EXPECT_EQ(time.number, 86400U);
+}
+
 TEST(Script, AnInstallerStartsAndEnds) {
   const Script script = ParseScript("installer starts\ninstaller ends\ninstaller starts\n");
   ASSERT_EQ(script.error, "");
@@ -189,10 +206,10 @@ TEST(Script, NamesTheMistakeAndWhatWouldBeRight) {
     const char* error;
   } cases[] = {
       {"begin\n",
-       "line 1: there is no command \"begin\"; the commands are sample, param, start, wait, post, "
-       "kill, await-end, click, double-click, right-click, choose, dismiss, answer, hold, release, "
-       "add-printer, delete-printer, mask, select-icon, set-value, autostart, installer, map, show "
-       "and picture"},
+       "line 1: there is no command \"begin\"; the commands are sample, param, start, wait, "
+       "await-ready, post, kill, await-end, click, double-click, right-click, choose, dismiss, "
+       "answer, hold, release, add-printer, delete-printer, mask, set-data, select-icon, "
+       "set-value, set-time, autostart, installer, map, menu, show and picture"},
       {"sample\n", "line 1: sample needs a name, as in \"sample studio-7200\""},
       {"sample a b\n", "line 1: \"b\" is one word too many for sample"},
       {"sample a\nsample b\n", "line 2: sample stands in front of all else, and once"},
@@ -248,6 +265,22 @@ TEST(Script, NamesTheMistakeAndWhatWouldBeRight) {
       {"set-value Software\\KAVRO Name one\n",
        "line 1: set-value needs a key below HKEY_CURRENT_USER, a name, and a text in quotes or a "
        "number, as in \"set-value Software\\KAVRO\\VGL3 K_QTR 1\""},
+      {"set-data Studio PrinterAnswers\n",
+       "line 1: set-data needs a printer, the name of the value and a number, as in \"set-data "
+       "\"Studio 7200\" PrinterAnswers 0\""},
+      {"set-data \"\" PrinterAnswers 0\n",
+       "line 1: set-data needs a printer, the name of the value and a number, as in \"set-data "
+       "\"Studio 7200\" PrinterAnswers 0\""},
+      {"set-data Studio PrinterAnswers 0 1\n", "line 1: \"1\" is one word too many for set-data"},
+      {"set-time Software\\KAVRO LastKickNetPilot -1\n",
+       "line 1: set-time needs a key below HKEY_CURRENT_USER, a name and how many seconds ago, as "
+       "in \"set-time Software\\KAVRO LastKickNetPilot 86400\""},
+      {"set-time Software\\KAVRO 86400\n",
+       "line 1: set-time needs a key below HKEY_CURRENT_USER, a name and how many seconds ago, as "
+       "in \"set-time Software\\KAVRO LastKickNetPilot 86400\""},
+      {"menu\n", "line 1: no agent has been started; put a start line in front"},
+      {"start\nmenu 901\n", "line 2: \"901\" is one word too many for menu"},
+      {"start\nawait-ready 5000\n", "line 2: \"5000\" is one word too many for await-ready"},
       {"autostart K_Q1.tmp\n",
        "line 1: autostart needs a parameter file and the name of the Run value, as in \"autostart "
        "K_Q0001.tmp \"Studio 7200\"\""},

@@ -30,8 +30,14 @@ TEST_F(SuiteInWords, WhereThereIsNothingThatIsTold) { EXPECT_EQ(ReadSuite(), Lin
 TEST_F(SuiteInWords, EachLineOfTheLogsIsOne) {
   machine.files().WriteFile(u"C:\\ProgramData\\KAVRO\\VGL3\\RUNHELPER.LOG", "one\r\ntwo\nthree");
   machine.files().WriteFile(u"C:\\ProgramData\\KAVRO\\VGL3\\PARLOS.LOG", "close: \"\xD7\xA4\"\n");
-  EXPECT_EQ(ReadSuite(), (Lines{"run helper: one", "run helper: two", "run helper: three",
-                                "invitation library: close: \"\xD7\xA4\""}));
+  machine.files().WriteFile(u"C:\\ProgramData\\KAVRO\\VGL3\\UTILITY.LOG",
+                            "begin UtCleanHeadW: \"A\" \"\" \"\" \"\"\nend UtCleanHeadW\n");
+  machine.files().WriteFile(u"C:\\ProgramData\\KAVRO\\VGL3\\PROGRAMS.LOG", "A.EXE /X\n  /Y\n");
+  EXPECT_EQ(ReadSuite(),
+            (Lines{"run helper: one", "run helper: two", "run helper: three",
+                   "invitation library: close: \"\xD7\xA4\"",
+                   "utility library: begin UtCleanHeadW: \"A\" \"\" \"\" \"\"",
+                   "utility library: end UtCleanHeadW", "program: A.EXE /X", "program:   /Y"}));
 }
 
 TEST_F(SuiteInWords, OfTheTempFolderTheParameterFilesAreToldInOrder) {

@@ -1,6 +1,7 @@
 // Running vgldesk as its user does, and looking at what it prints.
 #pragma once
 
+#include <regex>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -48,12 +49,39 @@ inline std::vector<std::string> Behind(std::string_view mark, const std::string&
   return lines;
 }
 
-// What a "map" or a "show" in the script showed.
+// What a "map", a "menu" or a "show" in the script showed.
 inline std::vector<std::string> MapLines(const std::string& out) {
   return Behind("script    map| ", out);
 }
+inline std::vector<std::string> MenuLines(const std::string& out) {
+  return Behind("script    menu| ", out);
+}
 inline std::vector<std::string> ShownLines(const std::string& out) {
   return Behind("script    show| ", out);
+}
+
+inline std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts) {
+  std::vector<std::string> lines;
+  for (const auto& part : parts) lines.insert(lines.end(), part.begin(), part.end());
+  return lines;
+}
+
+// A text with "K_Q....tmp" in place of the names that the system makes for temporary files.
+inline std::string WithoutTempNames(const std::string& text) {
+  static const std::regex kMadeNames("K_Q[0-9A-F]+\\.tmp");
+  return std::regex_replace(text, kMadeNames, "K_Q....tmp");
+}
+// How the log of programs that were started tells of one that got a parameter file with these
+// options, of so many bytes, for the printer of studio-7200.
+inline std::vector<std::string> StartWithFile(const std::string& program,
+                                              const std::string& options, int bytes) {
+  return {"program: " + program + " /FU \"C:\\Users\\User\\AppData\\Local\\Temp\\K_Q....tmp\"",
+          "program:   parameter file of " + std::to_string(bytes) + " bytes:",
+          "program:   " + options,
+          "program:   /P \"Studio 7200\"",
+          "program:   /M \"S7200\"",
+          "program:   /D \"KAVRO Studio 7200\"",
+          "program:   /O \"USB001\""};
 }
 
 }  // namespace desk

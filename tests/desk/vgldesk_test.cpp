@@ -190,8 +190,8 @@ TEST(Vgldesk, MistakesOfTheCommandLineAreNamedAndGiveTwo) {
     std::vector<std::string> words;
     std::string part;
   } cases[] = {
-      {{}, "vgldesk: \"\" is no command; the commands are run, describe and soak"},
-      {{"walk"}, "vgldesk: \"walk\" is no command; the commands are run, describe and soak"},
+      {{}, "vgldesk: \"\" is no command; the commands are run, describe, menu and soak"},
+      {{"walk"}, "vgldesk: \"walk\" is no command; the commands are run, describe, menu and soak"},
       {{"run"}, "give a sample, --script FILE, or an agent's command line behind --"},
       {{"run", "no-such"},
        "vgldesk: there is no sample samples/no-such; names without a slash are looked for below "

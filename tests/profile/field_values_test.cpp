@@ -217,5 +217,31 @@ TEST(NumberText, WhatDoesntFit32BitsIsTheNearestNumberThatDoes) {
                  {u"0xFFFFFFFF", 2147483647}});
 }
 
+// --- Decimal numbers
+
+TEST(DecimalNumberText, IsANumberTextWithoutThePrefix) {
+  const struct {
+    const char16_t* text;
+    std::int32_t number;
+  } cases[] = {{u"", 0},
+               {u"12", 12},
+               {u" -12abc", -12},
+               {u"+7x", 7},
+               {u"0x10", 0},
+               {u"0X10", 0},
+               {u"x10", 0},
+               {u"12x10", 12},
+               {u"-0x10", 0},
+               {u"010", 10},
+               {u"2147483647", 2147483647},
+               {u"2147483648", 2147483647},
+               {u"99999999999", 2147483647},
+               {u"-2147483648", -2147483647 - 1},
+               {u"-99999999999", -2147483647 - 1}};
+  for (const auto& each : cases)
+    EXPECT_EQ(ParseDecimal(each.text), each.number)
+        << testing::PrintToString(std::u16string(each.text));
+}
+
 }  // namespace
 }  // namespace vgl

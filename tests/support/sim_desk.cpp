@@ -17,6 +17,8 @@ namespace {
 
 constexpr char16_t kRunKey[] = u"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr char16_t kVifPath[] = u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\KS7200.VIF";
+constexpr char16_t kInstallDescription[] =
+    u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\KS7200.DAT";
 // By the serial number that the printer library tells where a test doesn't say otherwise.
 constexpr char16_t kUsageLogFile[] =
     u"C:\\ProgramData\\KAVRO\\VGL3\\LOG\\VGL_TrayIcon_K7200A0001.xml";
@@ -39,6 +41,20 @@ void AddToSection(sim::FileTree& files, std::u16string_view path, std::string_vi
   files.WriteFile(path, text);
 }
 
+// The menu's key has a path of its own in the description, which is added when it is first needed.
+void SetDescribed(sim::FileTree& files, std::string_view tag, std::string_view name,
+                  std::string_view value) {
+  constexpr std::string_view kMenuPath =
+      "REGPATH=MNU,\"HKEY_LOCAL_MACHINE\\Software\\KAVRO\\VGL3\\Driver\\KAVRO Studio "
+      "7200\\Menu\"\r\n";
+  std::string text = files.ReadFile(kInstallDescription).value();
+  if (tag == "MNU" && text.find(kMenuPath) == std::string::npos) text += kMenuPath;
+  const std::string begin = "REGENTER=" + std::string(tag) + ",\"" + std::string(name) + "\",";
+  if (const std::size_t at = text.find(begin); at != std::string::npos)
+    text.erase(at, text.find("\r\n", at) + 2 - at);
+  files.WriteFile(kInstallDescription, text + begin + "\"" + std::string(value) + "\"\r\n");
+}
+
 }  // namespace
 
 void AddToProfile(sim::Machine& machine, std::string_view line) {
@@ -48,6 +64,14 @@ void AddToProfile(sim::Machine& machine, std::string_view line) {
 void AddToVif(sim::Machine& machine, std::string_view lines) {
   machine.files().WriteFile(
       kVifPath, machine.files().ReadFile(kVifPath).value() + std::string(lines) + "\r\n");
+}
+
+void SetDriverValue(sim::Machine& machine, std::string_view name, std::string_view value) {
+  SetDescribed(machine.files(), "DRV", name, value);
+}
+
+void SetMenuValue(sim::Machine& machine, std::string_view name, std::string_view value) {
+  SetDescribed(machine.files(), "MNU", name, value);
 }
 
 std::vector<std::u16string> TempFilesOf(sim::Machine& machine) {

@@ -21,6 +21,11 @@ namespace vgl {
 // What a SimDesk does to its machine, for tests that have one of their own (default_machine.h).
 void AddToProfile(sim::Machine& machine, std::string_view line);
 void AddToVif(sim::Machine& machine, std::string_view lines);
+// What the install description of the driver set says under the driver's key and under its menu
+// key, in place of what it said under that name. `value` is the text itself and holds no quote and
+// no semicolon.
+void SetDriverValue(sim::Machine& machine, std::string_view name, std::string_view value);
+void SetMenuValue(sim::Machine& machine, std::string_view name, std::string_view value);
 std::vector<std::u16string> TempFilesOf(sim::Machine& machine);
 
 class SimAgent {
@@ -95,6 +100,12 @@ class SimDesk {
   // Adds a line to the model's section of the profile, in front of the others: it counts.
   void AddToProfile(std::string_view line) { vgl::AddToProfile(machine, line); }
   void AddToVif(std::string_view lines) { vgl::AddToVif(machine, lines); }
+  void SetDriverValue(std::string_view name, std::string_view value) {
+    vgl::SetDriverValue(machine, name, value);
+  }
+  void SetMenuValue(std::string_view name, std::string_view value) {
+    vgl::SetMenuValue(machine, name, value);
+  }
   // Puts another language resource library in the place of the plain one.
   void SetResourceLibrary(const desk::ResourceLibrary& library);
 
