@@ -22,6 +22,7 @@ bool MenuLine::CanBeChosen() const { return !IsSeparator() && (state & platform:
 
 std::vector<std::string> MenuInWords(const std::vector<MenuLine>& entries) {
   std::vector<std::string> lines;
+  lines.reserve(entries.size());
   for (const MenuLine& entry : entries) lines.push_back(InWords(entry));
   return lines;
 }

@@ -15,7 +15,7 @@ namespace driver {
 namespace {
 
 // How long something that is to come is waited for, and how often it is looked for.
-constexpr DWORD kPatience = 5000;
+constexpr DWORD kPatience = 30000;
 constexpr DWORD kGlance = 20;
 
 bool WaitUntil(const std::function<bool()>& condition) {
@@ -99,11 +99,16 @@ void SendKeys(const std::vector<std::uint32_t>& keys, DWORD flags) {
   }
 }
 
-// Gives the menu of a process these keys and waits until it is gone.
-bool TypeIntoMenu(DWORD processId, const std::vector<WPARAM>& keys) {
-  if (!WaitUntil([&] { return MenuOf(processId) != nullptr; })) return false;
-  const HWND owner = TrayWindowOf(processId);
-  for (const WPARAM key : keys) PostMessageW(owner, WM_KEYDOWN, key, 0);
+void UseMouseOn(const RECT& place, MouseUse use) {
+  SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  if (use == MouseUse::kRightClick)
+    PressButton(MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
+  else
+    PressButton(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
+  if (use == MouseUse::kDoubleClick) PressButton(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
+}
+
+bool MenuIsGone(DWORD processId) {
   return WaitUntil([&] { return MenuOf(processId) == nullptr; });
 }
 
@@ -111,13 +116,7 @@ bool TypeIntoMenu(DWORD processId, const std::vector<WPARAM>& keys) {
 
 bool UseMouseOnIcon(std::size_t index, std::size_t count, MouseUse use) {
   if (!WaitUntil([&] { return IconWindows().size() == count; })) return false;
-  const RECT place = PlaceOf(IconWindows()[index]);
-  SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-  if (use == MouseUse::kRightClick)
-    PressButton(MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
-  else
-    PressButton(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
-  if (use == MouseUse::kDoubleClick) PressButton(MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP);
+  UseMouseOn(PlaceOf(IconWindows()[index]), use);
   return true;
 }
 
@@ -125,14 +124,29 @@ HWND TrayWindowOf(DWORD processId) {
   return WindowOf(processId, Native(vgl::kTrayWindowClass), false);
 }
 
-bool ChooseFromMenu(DWORD processId, int position) {
-  std::vector<WPARAM> keys = {VK_HOME};  // the first entry, wherever the mouse is
-  keys.insert(keys.end(), static_cast<std::size_t>(position), VK_DOWN);
-  keys.push_back(VK_RETURN);
-  return TypeIntoMenu(processId, keys);
+std::optional<std::vector<ShownEntry>> LookAtMenu(DWORD processId) {
+  if (!WaitUntil([&] { return MenuOf(processId) != nullptr; })) return std::nullopt;
+  return ReadOpenMenu(TrayWindowOf(processId));
 }
 
-bool EscapeFromMenu(DWORD processId) { return TypeIntoMenu(processId, {VK_ESCAPE}); }
+std::string ChooseFromMenu(DWORD processId, std::uint32_t id) {
+  const std::optional<std::vector<ShownEntry>> menu = LookAtMenu(processId);
+  if (!menu) return "shows no menu";
+  const auto chosen = std::find_if(menu->begin(), menu->end(), [&](const ShownEntry& shown) {
+    return shown.entry.id == id && shown.entry.CanBeChosen() && !IsRectEmpty(&shown.place);
+  });
+  if (chosen == menu->end())
+    return "shows a menu in which entry " + std::to_string(id) + " can't be chosen";
+  UseMouseOn(chosen->place, MouseUse::kClick);
+  return MenuIsGone(processId) ? "" : "doesn't close its menu";
+}
+
+// By a key, which reaches a menu through its owner, whether that is in front or not.
+bool EscapeFromMenu(DWORD processId) {
+  if (!WaitUntil([&] { return MenuOf(processId) != nullptr; })) return false;
+  PostMessageW(TrayWindowOf(processId), WM_KEYDOWN, VK_ESCAPE, 0);
+  return MenuIsGone(processId);
+}
 
 bool AnswerBox(DWORD processId) {
   HWND box = nullptr;

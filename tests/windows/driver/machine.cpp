@@ -82,6 +82,11 @@ bool SetNumber(HKEY hive, const std::wstring& key, const std::wstring& name, DWO
   return SetValue(hive, key, name, REG_DWORD, &number, sizeof number);
 }
 
+bool SetBytes(HKEY hive, const std::wstring& key, const std::wstring& name, const void* data,
+              std::size_t bytes) {
+  return SetValue(hive, key, name, REG_BINARY, data, bytes);
+}
+
 bool SetText(HKEY hive, const std::wstring& key, const std::wstring& name,
              const std::wstring& text) {
   return SetValue(hive, key, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));

@@ -17,6 +17,8 @@ std::wstring TempFolder();
 
 // The key is made when it isn't there. False when it can't be written.
 bool SetNumber(HKEY hive, const std::wstring& key, const std::wstring& name, DWORD number);
+bool SetBytes(HKEY hive, const std::wstring& key, const std::wstring& name, const void* data,
+              std::size_t bytes);
 bool SetText(HKEY hive, const std::wstring& key, const std::wstring& name,
              const std::wstring& text);
 

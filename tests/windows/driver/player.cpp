@@ -4,6 +4,7 @@
 #include "tests/windows/driver/player.h"
 
 #include <algorithm>
+#include <ctime>
 
 #include "tests/windows/driver/machine.h"
 #include "tests/windows/driver/text.h"
@@ -15,6 +16,8 @@ namespace {
 // How long somebody is given to take a picture.
 constexpr DWORD kPicturePatience = 10000;
 constexpr DWORD kGlance = 20;
+// The longest start.
+constexpr DWORD kStartPatience = 60000;
 
 bool HasEnded(const PROCESS_INFORMATION& agent) {
   return WaitForSingleObject(agent.hProcess, 0) == WAIT_OBJECT_0;
@@ -80,6 +83,9 @@ bool Player::Do(const desk::Command& command) {
     case Kind::Wait:
       Sleep(static_cast<DWORD>(command.milliseconds));
       return true;
+    case Kind::AwaitReady:
+      return Done(command, WaitForInputIdle(agent->hProcess, kStartPatience) == 0,
+                  NameOf(command) + " isn't ready");
     case Kind::Post:
       return Post(command);
     case Kind::Kill:
@@ -93,6 +99,8 @@ bool Player::Do(const desk::Command& command) {
                   NameOf(command) + " still runs");
     case Kind::Map:
       return Read(command, L"map");
+    case Kind::Menu:
+      return ShowMenu(command);
     case Kind::Show:
       return Read(command, L"show");
     case Kind::Picture:
@@ -144,10 +152,15 @@ bool Player::DoAsProgram(const desk::Command& command) {
     case Kind::Mask:
       error = SetPrinterNumber(Wide(command.text), L"VGLSetting", command.number);
       return Done(command, error == 0, Refusal(command.text, error));
+    case Kind::SetData:
+      error = SetPrinterNumber(Wide(command.text), Wide(command.name), command.number);
+      return Done(command, error == 0, Refusal(command.text, error));
     case Kind::SelectIcon:
       return SelectIcon(command);
     case Kind::SetValue:
       return SetValue(command);
+    case Kind::SetTime:
+      return SetTime(command);
     case Kind::Autostart:
       return Autostart(command);
     case Kind::InstallerStarts:
@@ -220,16 +233,9 @@ bool Player::Click(const desk::Command& command, MouseUse use) {
 }
 
 bool Player::Choose(const desk::Command& command) {
-  // What is in a menu, only its own process can tell; but these are in front in every one.
-  constexpr std::uint32_t kStatus = 900;
-  constexpr std::uint32_t kPreferences = 901;
-  if (command.number != kStatus && command.number != kPreferences)
-    return Fail(command, "only entries 900 and 901 can be chosen here");
   Say("chooses " + std::to_string(command.number) + " in the menu of " + NameOf(command));
-  return Done(
-      command,
-      ChooseFromMenu(AgentOf(command).dwProcessId, static_cast<int>(command.number - kStatus)),
-      NameOf(command) + " shows no menu, or doesn't close it");
+  const std::string mistake = ChooseFromMenu(AgentOf(command).dwProcessId, command.number);
+  return Done(command, mistake.empty(), NameOf(command) + " " + mistake);
 }
 
 bool Player::AddPrinter(const desk::Command& command) {
@@ -261,6 +267,14 @@ bool Player::SetValue(const desk::Command& command) {
               "the value can't be set");
 }
 
+bool Player::SetTime(const desk::Command& command) {
+  const std::int64_t then = std::int64_t{std::time(nullptr)} - command.number;
+  return Done(
+      command,
+      SetBytes(HKEY_CURRENT_USER, Wide(command.text), Wide(command.name), &then, sizeof then),
+      "the value can't be set");
+}
+
 bool Player::Autostart(const desk::Command& command) {
   const std::wstring line =
       L"\"" + m_options.agentPath + L"\" /FU \"" + TempFolder() + Wide(command.text) + L"\"";
@@ -284,6 +298,15 @@ bool Player::Read(const desk::Command& command, const wchar_t* what) {
   return Done(command, code == 0U,
               code ? "the reader ended with " + std::to_string(*code)
                    : "the reader can't be started, error " + std::to_string(GetLastError()));
+}
+
+bool Player::ShowMenu(const desk::Command& command) {
+  const std::optional<std::vector<ShownEntry>> menu = LookAtMenu(AgentOf(command).dwProcessId);
+  if (!menu) return Fail(command, NameOf(command) + " shows no menu, or it can't be read");
+  std::vector<desk::MenuLine> entries;
+  for (const ShownEntry& shown : *menu) entries.push_back(shown.entry);
+  for (const std::string& line : desk::MenuInWords(entries)) Say("menu| " + line);
+  return true;
 }
 
 // No Windows program sees the whole display: somebody outside takes the picture and then removes

@@ -51,7 +51,9 @@ class Player {
   bool SetValue(const desk::Command& command);
   bool Autostart(const desk::Command& command);
   bool StartInstaller(const desk::Command& command);
+  bool SetTime(const desk::Command& command);
   bool Read(const desk::Command& command, const wchar_t* what);
+  bool ShowMenu(const desk::Command& command);
   bool TakePicture(const desk::Command& command);
   bool AllEnded() const;
 

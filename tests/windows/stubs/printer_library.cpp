@@ -1,15 +1,12 @@
 // A stand-in for a model's printer library, for tests on Windows: KVPRN.DLL. A printer's serial
 // number is the text "SerialID" in its data; the number "SerialCached", when it is 1, tells that
-// the library knows it without asking.
+// the library knows it without asking. Its status is given unless the number "PrinterAnswers" is 0.
 #include "Common/printer_library_exports.h"
 
 #include <string>
 #include <type_traits>
 
-// clang-format off
-#include <windows.h>
-#include <winspool.h>
-// clang-format on
+#include "tests/windows/stubs/printer_data.h"
 
 namespace {
 
@@ -18,7 +15,7 @@ using namespace vgl;
 constexpr std::int32_t kOtherFailure = -1;
 constexpr DWORD kNameChars = 260;
 
-const wchar_t* Wide(const char16_t* text) { return reinterpret_cast<const wchar_t*>(text); }
+using stub::Wide;
 
 // --- Records
 
@@ -60,31 +57,24 @@ bool IsMissing(const char16_t* text) { return text == nullptr || *text == u'\0';
 
 // --- Serial numbers
 
-// The printer's data value as text, or a number; false when there is none.
-bool ReadData(const char16_t* printer, const wchar_t* name, void* data, DWORD bytes) {
-  HANDLE handle = nullptr;
-  if (!OpenPrinterW(const_cast<wchar_t*>(Wide(printer)), &handle, nullptr)) return false;
-  DWORD type = 0;
-  DWORD needed = 0;
-  const DWORD error = GetPrinterDataW(handle, const_cast<wchar_t*>(name), &type,
-                                      static_cast<BYTE*>(data), bytes, &needed);
-  ClosePrinter(handle);
-  return error == ERROR_SUCCESS;
-}
-
 bool IsSerialCached(const char16_t* printer) {
-  DWORD cached = 0;
-  return ReadData(printer, L"SerialCached", &cached, sizeof(cached)) && cached == 1;
+  return stub::PrinterNumber(printer, L"SerialCached", 0) == 1;
 }
 
 // Characters outside ASCII become a "?".
 bool ReadSerial(const char16_t* printer, std::string* serial) {
   char16_t text[1024] = {};
-  if (!ReadData(printer, L"SerialID", text, sizeof(text) - sizeof(char16_t))) return false;
+  if (!stub::ReadPrinterData(printer, L"SerialID", text, sizeof(text) - sizeof(char16_t)))
+    return false;
   for (const char16_t* at = text; *at != u'\0'; ++at)
     *serial += *at < 0x80 ? static_cast<char>(*at) : '?';
   return true;
 }
+
+// --- Status
+
+// What a caller gets and gives back. Only that it does is of interest.
+char statusBlock[16];
 
 }  // namespace
 
@@ -124,7 +114,18 @@ std::int32_t PrGetSerialID2(const char16_t* printer, char* buffer, std::int32_t*
   return 0;
 }
 
+std::int32_t PrGetPrinterStatus2(const char16_t* printer, void** status, void** second) {
+  *second = nullptr;
+  if (stub::PrinterNumber(printer, L"PrinterAnswers", 1) == 0) return kOtherFailure;
+  *status = statusBlock;
+  return 0;
+}
+
+void PrReleasePrinterStatus(void* /*status*/) {}
+
 }  // extern "C"
 
 static_assert(std::is_same_v<decltype(&PrSetRegDefaultValue), PrSetRegDefaultValueFunction>);
 static_assert(std::is_same_v<decltype(&PrGetSerialID2), PrGetSerialID2Function>);
+static_assert(std::is_same_v<decltype(&PrGetPrinterStatus2), PrGetPrinterStatus2Function>);
+static_assert(std::is_same_v<decltype(&PrReleasePrinterStatus), PrReleasePrinterStatusFunction>);
