@@ -24,7 +24,7 @@ constexpr std::int64_t kVersionChars = 8;  // 16 bytes, with the terminator
 }  // namespace
 
 std::int32_t CVglLog::Increment(std::int32_t kind, std::int32_t index, const char16_t* printer) {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   return turn ? Count(kind, index, printer) : kVglLogFailed;
 }
 
@@ -38,7 +38,7 @@ std::int32_t CVglLog::Count(std::int32_t kind, std::int32_t index, const char16_
 
 std::int32_t CVglLog::SetValue(std::int32_t kind, std::int32_t index, std::uint32_t value,
                                const char16_t* printer) {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   if (!turn) return kVglLogFailed;
   const std::int32_t result = InitializeLogBuffer(kind, printer);
   if (result < 0) return result;
@@ -48,7 +48,7 @@ std::int32_t CVglLog::SetValue(std::int32_t kind, std::int32_t index, std::uint3
 }
 
 void CVglLog::Clear() {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   if (turn) Forget();
 }
 

@@ -7,9 +7,9 @@
 // No failure is told to the user: at worst it costs counts. What happened stands in the nest log,
 // in the texts that the suite's programs have for it.
 //
-// Two threads may use a log at once: an operation waits until the one before it is through, also
-// while that one is in a library. Where that library has messages handled meanwhile, and so the
-// same thread comes back, the second operation does nothing and gives kVglLogFailed.
+// Two threads may use a log at once, and a library may have messages handled while an operation is
+// in it, which brings its thread back here. An operation that finds another one at work does
+// nothing and gives kVglLogFailed: nobody ever waits here, and at worst a count is lost.
 //
 // Results are 0 or a code of the log library, or one of the negative ones below. A call that breaks
 // what is required of it ends the process; so does a count of a log that is of no kind, which other
@@ -21,7 +21,6 @@
 #include <memory>
 #include <string>
 
-#include "platform/kernel_objects.h"
 #include "platform/process_wide.h"
 
 namespace vgl {
@@ -58,12 +57,6 @@ inline constexpr std::int32_t kVglLogFailed = -99;                 // what isn't
 inline constexpr std::int32_t FATAL_SERIALID_UNAVAILABLE = -98;    // the printer has no good number
 inline constexpr std::int32_t FATAL_EMBERDAT_NOT_DESCRIBED = -97;  // the model isn't counted
 
-// What keeps two threads from working on a log at once.
-struct CVglLogLock {
-  platform::SlimLock lock;
-  std::atomic<std::uint32_t> owner{0};  // the thread that has it; 0: none
-};
-
 class CVglLog {
  public:
   CVglLog() = default;
@@ -91,8 +84,7 @@ class CVglLog {
   // Forgets everything, counts that never reached the library included.
   void Clear();
 
-  // WriteVglLogFile and then Clear, with no count of another thread between them that would be
-  // lost. What the write gave.
+  // WriteVglLogFile and then Clear, in one: either both or none of them. What the write gave.
   std::int32_t FlushVglLog();
 
   // The path of the log library, which the printer's VIF names and which lies beside it. 0, or
@@ -115,7 +107,7 @@ class CVglLog {
   std::int32_t m_nReadCount = 0;
 
  private:
-  // Whoever calls one of these has the lock.
+  // Whoever calls one of these has the log to itself.
 
   // Counting (CVglLog.cpp).
   std::int32_t Count(std::int32_t kind, std::int32_t index, const char16_t* printer);
@@ -153,7 +145,7 @@ class CVglLog {
   std::int32_t ReplaceMissingFile(const CNestLog& scope);
   std::int32_t MergeExistReadDataAndLatestData();
 
-  CVglLogLock m_cLock;
+  std::atomic<bool> m_bIsAtWork{false};  // an operation is
 };
 
 // The program's one log.

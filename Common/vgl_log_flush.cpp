@@ -10,12 +10,12 @@
 namespace vgl {
 
 std::int32_t CVglLog::WriteVglLogFile() {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   return turn ? Write() : kVglLogFailed;
 }
 
 std::int32_t CVglLog::FlushVglLog() {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   if (!turn) return kVglLogFailed;
   const std::int32_t result = Write();
   Forget();

@@ -33,7 +33,7 @@ std::u16string DataFileOf(const char16_t* printer) {
 }  // namespace
 
 std::int32_t CVglLog::GetLogRuFileName(std::u16string* out) {
-  const CVglLogTurn turn(m_cLock);
+  const CVglLogTurn turn(m_bIsAtWork);
   return turn ? FindLogRuFile(out) : kVglLogFailed;
 }
 

@@ -1,33 +1,26 @@
-// What the source files of CVglLog share: its lock, the kinds of logs, and arrays that may not be
-// had.
+// What the source files of CVglLog share: whose turn it is, the kinds of logs, and arrays that may
+// not be had.
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
 
 #include "Common/CVglLog.h"
-#include "platform/platform.h"
 
 namespace vgl {
 
-// A thread's turn with a log, to the end of the scope; it waits for that of another thread. False
-// where the thread has its turn already: it came back from within a library.
+// The turn of one operation with a log, to the end of the scope. False while another operation, of
+// whichever thread, has it.
 class CVglLogTurn {
  public:
-  explicit CVglLogTurn(CVglLogLock& lock) : m_cLock(lock) {
-    const std::uint32_t self = platform::Os().process.GetCurrentThreadId();
-    m_bTaken = m_cLock.owner != self;
-    if (!m_bTaken) return;
-    platform::Os().objects.AcquireSRWLockExclusive(&m_cLock.lock);
-    m_cLock.owner = self;
-  }
+  explicit CVglLogTurn(std::atomic<bool>& isAtWork)
+      : m_bIsAtWork(isAtWork), m_bTaken(!isAtWork.exchange(true)) {}
   ~CVglLogTurn() {
-    if (!m_bTaken) return;
-    m_cLock.owner = 0;
-    platform::Os().objects.ReleaseSRWLockExclusive(&m_cLock.lock);
+    if (m_bTaken) m_bIsAtWork = false;
   }
   CVglLogTurn(const CVglLogTurn&) = delete;
   CVglLogTurn& operator=(const CVglLogTurn&) = delete;
@@ -35,8 +28,8 @@ class CVglLogTurn {
   explicit operator bool() const { return m_bTaken; }
 
  private:
-  CVglLogLock& m_cLock;
-  bool m_bTaken = false;
+  std::atomic<bool>& m_bIsAtWork;
+  bool m_bTaken;
 };
 
 // Counters and file names of the kinds are fixed by the suite.

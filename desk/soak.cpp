@@ -14,6 +14,7 @@
 #include "desk/default_machine.h"
 #include "desk/run_helper.h"
 #include "desk/script.h"
+#include "desk/utility_library.h"
 #include "desk/whole_set.h"
 #include "platform/sim/machine.h"
 
@@ -48,7 +49,7 @@ struct SoakPrinter {
   bool isMasked = false;
   sim::Process* agent = nullptr;  // the one that ran last
   std::uint64_t startedAt = 0;
-  bool isWounded = false;       // one of its calls failed: what is only stated for health is off
+  bool isWounded = false;       // one of its calls failed: it needn't be whole any more
   std::uint64_t goneSince = 0;  // printer removed or masked
   std::size_t heldAtStart = 0;  // handles of the agent once it stood
   bool startedAlone = false;    // no installer was at work meanwhile
@@ -166,6 +167,7 @@ class SoakRun {
     printer.startedAt = startedAt;
     printer.isWounded = false;
     printer.heldAtStart = 0;
+    printer.startedAlone = false;
   }
 
   void Remove(SoakPrinter& printer) {
@@ -227,7 +229,7 @@ class SoakRun {
 
   void Click(const SoakPrinter& printer) {
     for (sim::OpenMenu* menu : m_machine.desktop().menus().List()) {
-      if (menu->thread->process() == printer.agent) return UseMenu(*menu);
+      if (menu->thread->process() == printer.agent) return UseMenu(printer, *menu);
     }
     const sim::TrayIcon* icon = m_machine.tray().FindOf(*printer.agent);
     if (icon == nullptr) return;
@@ -238,8 +240,12 @@ class SoakRun {
     ++m_clicks;
   }
 
-  // A person reads, and chooses or goes away. An entry that isn't there leaves the menu open.
-  void UseMenu(sim::OpenMenu& menu) {
+  // A person reads, and chooses or goes away.
+  void UseMenu(const SoakPrinter& printer, sim::OpenMenu& menu) {
+    // No failure and no installer has come in the way of this menu and its entries.
+    const bool isWhole =
+        printer.startedAlone && !printer.isWounded && m_installerUntil < printer.startedAt;
+    if (isWhole) CheckMenu(printer, menu);
     const std::vector<WholeSetEntry>& entries = EntriesOfWholeSet();
     const std::uint64_t which = Random(entries.size() + 6);
     std::uint32_t id = 0;
@@ -248,11 +254,31 @@ class SoakRun {
     if (which == entries.size() + 1) id = 901;
     m_machine.desktop().menus().PointAt(menu, id);
     m_machine.Settle();
+    const bool utilityRuns = printer.agent->threads().size() > 1;
+    const std::size_t before = StartedSoFar();
     if (id == 0 || !m_machine.desktop().menus().Choose(menu, id)) {
       m_machine.desktop().menus().Dismiss(menu);
-    } else {
-      ++m_choices;
+      return;
     }
+    ++m_choices;
+    m_machine.Settle();
+    // One utility at a time: a second one is dropped.
+    if (isWhole && StartedSoFar() == before && !(IsUtility(id) && utilityRuns))
+      Stop(printer, "its entry " + std::to_string(id) + " starts nothing");
+  }
+
+  static bool IsUtility(std::uint32_t id) { return id == 920 || id == 921; }
+  std::size_t StartedSoFar() {
+    return m_machine.programs().Starts().size() + UtilityLibraryOf(m_machine).calls.size();
+  }
+
+  void CheckMenu(const SoakPrinter& printer, const sim::OpenMenu& menu) {
+    std::vector<std::uint32_t> wanted = {900, 901};
+    for (const WholeSetEntry& entry : EntriesOfWholeSet()) wanted.push_back(entry.id);
+    std::vector<std::uint32_t> shown;
+    for (const sim::ShownItem& item : menu.shown)
+      if (!item.item.IsSeparator()) shown.push_back(item.item.id);
+    if (shown != wanted) Stop(printer, "its menu isn't whole");
   }
 
   const sim::Window* WindowOf(const SoakPrinter& printer) {
@@ -415,6 +441,10 @@ class SoakRun {
       throw Stopped("an icon is left in the notification area");
     if (m_machine.desktop().Find(vgl::kTrayWindowClass, nullptr) != nullptr)
       throw Stopped("a window is left");
+    // What a program was to read, and what couldn't be started, is left only where a call failed.
+    for (const std::u16string& path : m_machine.files().List())
+      if (!m_options.withFaults && path.starts_with(m_machine.system().tempFolder))
+        throw Stopped("a file is left in the temp folder: " + vgl::Utf8FromText(path));
     m_out << m_options.hours << " hours, " << m_options.printers << " printers, seed "
           << m_options.seed << ": " << m_events << " events, " << m_starts << " starts, " << m_ends
           << " ends, " << m_removals << " removals, " << m_clicks << " clicks, " << m_choices

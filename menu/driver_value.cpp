@@ -28,7 +28,9 @@ std::u16string ReadDriverValue(const PrinterIdentity& identity, const char16_t* 
 
 std::u16string ReadDriverKeyValue(const PrinterIdentity& identity, const char16_t* valueName,
                                   const char16_t* reader) {
-  return ReadDriverValue(identity, DriverKeyPath(identity.driverName).c_str(), valueName, reader);
+  PathText key;
+  if (!key.Assign(DriverKeyPath(identity.driverName))) return {};
+  return ReadDriverValue(identity, key.c_str(), valueName, reader);
 }
 
 std::optional<PathText> MenuKeyPath(const PrinterIdentity& identity) {

@@ -24,7 +24,7 @@ namespace vgl {
 std::u16string ReadDriverValue(const PrinterIdentity& identity, const char16_t* keyPath,
                                const char16_t* valueName, const char16_t* reader);
 
-// A value of the driver's own key.
+// A value of the driver's own key; empty also where the key's path takes 260 characters or more.
 std::u16string ReadDriverKeyValue(const PrinterIdentity& identity, const char16_t* valueName,
                                   const char16_t* reader);
 

@@ -1,13 +1,14 @@
 #include "menu/uty_call.h"
 
 #include <algorithm>
-#include <exception>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "Common/CVglLog.h"
 #include "Common/driver_data_file.h"
+#include "Common/fatal_error.h"
 #include "Common/kv_open_printer.h"
 #include "Common/printer_lookup.h"
 #include "Common/text_conversion.h"
@@ -102,8 +103,9 @@ std::u16string UtilityModuleOf(const char16_t* driverName, const char16_t* dataF
 }  // namespace
 
 // The thread would go on with what isn't there any more, where an agent leaves without WM_DESTROY.
+// Not by the semaphore: that may be another program's.
 CUtyCall::~CUtyCall() {
-  if (hThread != HANDLE{} && !m_bKeepsSemaphore) CheckUtyCall(1);
+  if (hThread != HANDLE{}) Os().objects.WaitForSingleObject(hThread, INFINITE);
   if (hSemaphore != HANDLE{}) Os().objects.CloseHandle(hSemaphore);
 }
 
@@ -149,8 +151,8 @@ bool CUtyCall::TakeCommand(const char16_t* printerName, const char16_t* param) {
 std::uint32_t CUtyCall::UtyCallMain(void* self) {
   try {
     if (!static_cast<CUtyCall*>(self)->CallAndRelease()) TrayLogText(u"Error LoadLibrary");
-  } catch (const std::exception&) {
-    // No memory: that costs a line of the log or a count, and not the agent.
+  } catch (const std::bad_alloc&) {
+    FatalError();  // as without memory everywhere
   }
   return 0;
 }
@@ -187,7 +189,6 @@ std::int32_t CUtyCall::CheckUtyCall(std::int32_t bWait) {
   if (hSemaphore == HANDLE{}) return 1;
   if (bWait == 1) {
     Os().objects.WaitForSingleObject(hSemaphore, INFINITE);
-    m_bKeepsSemaphore = true;
     return 1;
   }
   if (Os().objects.WaitForSingleObject(hSemaphore, 0) == WAIT_TIMEOUT) {

@@ -23,7 +23,7 @@ namespace vgl {
 class CUtyCall {
  public:
   CUtyCall() = default;
-  // Waits for a running utility, unless CheckUtyCall(1) has.
+  // Waits for the thread that runs a utility.
   ~CUtyCall();
   CUtyCall(const CUtyCall&) = delete;
   CUtyCall& operator=(const CUtyCall&) = delete;
@@ -46,7 +46,7 @@ class CUtyCall {
   void StartUtyCall(const char16_t* printerName, const char16_t* param);
 
   // What the thread runs, with the object as its argument: calls the function, and gives the
-  // semaphore back. Always 0. No exception leaves it.
+  // semaphore back. Always 0. Without memory the process ends.
   static std::uint32_t UtyCallMain(void* self);
 
   // 1 when no utility runs, 0 when one does. With `bWait` 1 it waits without limit for a running
@@ -61,14 +61,12 @@ class CUtyCall {
   FixedText<260> szModulePath;
   std::int32_t nFunction = 0;     // the number behind " /U"
   platform::HANDLE hSemaphore{};  // null until the first call
-  platform::HANDLE hThread{};     // of the last call; neither waited for nor closed
+  platform::HANDLE hThread{};     // of the last call; never closed
 
  private:
   bool TakeCommand(const char16_t* printerName, const char16_t* param);
   bool CallAndRelease();
   void CallFunction(platform::HMODULE library);
-
-  bool m_bKeepsSemaphore = false;  // by CheckUtyCall(1)
 };
 
 }  // namespace vgl

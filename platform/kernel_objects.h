@@ -17,12 +17,6 @@ inline constexpr std::uint32_t WAIT_ABANDONED = 0x80;
 inline constexpr std::uint32_t WAIT_TIMEOUT = 258;
 inline constexpr std::uint32_t WAIT_FAILED = 0xFFFFFFFF;
 
-// A lock for the threads of one process. It begins free, is never moved while held, and nothing is
-// to be given back for it.
-struct SlimLock {
-  std::uint64_t word = 0;  // the system's
-};
-
 class KernelObjects {
  public:
   virtual ~KernelObjects() = default;
@@ -51,12 +45,6 @@ class KernelObjects {
   // Waits until the object is free, `milliseconds` at most, and takes it. A thread that owns a
   // mutex takes it again at once. WAIT_ABANDONED when the last owner ended without giving it back.
   virtual std::uint32_t WaitForSingleObject(HANDLE object, std::uint32_t milliseconds) = 0;
-
-  // Waits without limit until the lock is free, and takes it. A thread that has it already waits
-  // for ever. It can't fail.
-  virtual void AcquireSRWLockExclusive(SlimLock* lock) = 0;
-  // By the thread that has it.
-  virtual void ReleaseSRWLockExclusive(SlimLock* lock) = 0;
 
   // Closes a file or kernel object handle. False with 6 for what isn't one.
   virtual bool CloseHandle(HANDLE handle) = 0;

@@ -80,21 +80,12 @@ struct IconTraits {
   static constexpr Handle kInvalid{};
   static void Close(Handle icon) { Os().resources.DestroyIcon(icon); }
 };
-struct BitmapTraits {
-  using Handle = HBITMAP;
+// A font, brush or bitmap.
+template <class T>
+struct DrawingObjectTraits {
+  using Handle = T;
   static constexpr Handle kInvalid{};
-  static void Close(Handle bitmap) { Os().drawing.DeleteObject(AsObject(bitmap)); }
-};
-
-struct FontTraits {
-  using Handle = HFONT;
-  static constexpr Handle kInvalid{};
-  static void Close(Handle font) { Os().drawing.DeleteObject(AsObject(font)); }
-};
-struct BrushTraits {
-  using Handle = HBRUSH;
-  static constexpr Handle kInvalid{};
-  static void Close(Handle brush) { Os().drawing.DeleteObject(AsObject(brush)); }
+  static void Close(Handle object) { Os().drawing.DeleteObject(AsObject(object)); }
 };
 struct DeviceContextTraits {
   using Handle = HDC;
@@ -109,9 +100,9 @@ using OwnedFind = Owned<FindTraits>;
 using OwnedModule = Owned<ModuleTraits>;
 using OwnedMenu = Owned<MenuTraits>;
 using OwnedIcon = Owned<IconTraits>;
-using OwnedBitmap = Owned<BitmapTraits>;
-using OwnedFont = Owned<FontTraits>;
-using OwnedBrush = Owned<BrushTraits>;
+using OwnedBitmap = Owned<DrawingObjectTraits<HBITMAP>>;
+using OwnedFont = Owned<DrawingObjectTraits<HFONT>>;
+using OwnedBrush = Owned<DrawingObjectTraits<HBRUSH>>;
 using OwnedDC = Owned<DeviceContextTraits>;
 
 }  // namespace platform

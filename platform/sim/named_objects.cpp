@@ -188,31 +188,6 @@ std::uint32_t KernelObjectCalls::WaitForSingleObject(HANDLE handle, std::uint32_
   return *waiting.waiter.result;
 }
 
-void KernelObjectCalls::AcquireSRWLockExclusive(SlimLock* lock) {
-  const Call call("AcquireSRWLockExclusive");
-  if (call.Inert()) return;
-  struct Waiting {
-    std::vector<Thread*>& threads;
-    Thread& self;
-    Waiting(std::vector<Thread*>& all, Thread& thread) : threads(all), self(thread) {
-      threads.push_back(&self);
-    }
-    ~Waiting() { std::erase(threads, &self); }
-  };
-  while (lock->word != 0) {
-    const Waiting waiting(m_waitForLocks[lock], call.thread());
-    m_machine.scheduler().Block(kNever);
-  }
-  lock->word = call.thread().id();
-}
-
-void KernelObjectCalls::ReleaseSRWLockExclusive(SlimLock* lock) {
-  const Call call("ReleaseSRWLockExclusive", Call::kRelease);
-  if (call.Inert()) return;
-  lock->word = 0;
-  for (Thread* thread : m_waitForLocks[lock]) m_machine.scheduler().Wake(*thread);
-}
-
 bool KernelObjectCalls::CloseHandle(HANDLE handle) {
   Call call("CloseHandle", Call::kRelease);
   if (call.Inert()) return true;

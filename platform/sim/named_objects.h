@@ -144,13 +144,10 @@ class KernelObjectCalls final : public platform::KernelObjects {
   bool ReleaseSemaphore(platform::HANDLE semaphore, std::int32_t count,
                         std::int32_t* previous) override;
   std::uint32_t WaitForSingleObject(platform::HANDLE object, std::uint32_t milliseconds) override;
-  void AcquireSRWLockExclusive(platform::SlimLock* lock) override;
-  void ReleaseSRWLockExclusive(platform::SlimLock* lock) override;
   bool CloseHandle(platform::HANDLE handle) override;
 
  private:
   Machine& m_machine;
-  std::map<const platform::SlimLock*, std::vector<Thread*>> m_waitForLocks;
 };
 
 }  // namespace sim

@@ -5,10 +5,6 @@
 namespace platform {
 namespace {
 
-static_assert(sizeof(SlimLock) == sizeof(::SRWLOCK));
-
-::SRWLOCK* NativeLock(SlimLock* lock) { return reinterpret_cast<::SRWLOCK*>(lock); }
-
 class KernelObjectsOfWindows final : public KernelObjects {
  public:
   HANDLE CreateMutexW(const SecurityAttributes* attributes, bool initialOwner,
@@ -38,13 +34,6 @@ class KernelObjectsOfWindows final : public KernelObjects {
 
   std::uint32_t WaitForSingleObject(HANDLE object, std::uint32_t milliseconds) override {
     return ::WaitForSingleObject(handle_cast<::HANDLE>(object), milliseconds);
-  }
-
-  void AcquireSRWLockExclusive(SlimLock* lock) override {
-    ::AcquireSRWLockExclusive(NativeLock(lock));
-  }
-  void ReleaseSRWLockExclusive(SlimLock* lock) override {
-    ::ReleaseSRWLockExclusive(NativeLock(lock));
   }
 
   bool CloseHandle(HANDLE handle) override {

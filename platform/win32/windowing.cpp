@@ -37,7 +37,9 @@ ProcedureTable& Procedures() {
   return table;
 }
 
-LRESULT CALLBACK CallOurProcedure(::HWND window, UINT message, ::WPARAM wParam, ::LPARAM lParam) {
+// The system mustn't see an exception on its way.
+LRESULT CALLBACK CallOurProcedure(::HWND window, UINT message, ::WPARAM wParam,
+                                  ::LPARAM lParam) noexcept {
   const auto windowClass = static_cast<ATOM>(GetClassLongPtrW(window, GCW_ATOM));
   const WNDPROC procedure = Procedures().Of(windowClass);
   // There is none only until RegisterClassW below has returned, when there is no window yet.

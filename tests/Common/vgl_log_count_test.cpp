@@ -66,7 +66,7 @@ TEST_F(VglLogCount, LaterCountsAskNobody) {
               Count(13);
               log.SetValue(VGLLOG_TRAYICON, 2, 7, kPrinter);
             }),
-            3 * kCallsOfLock);
+            0U);
   EXPECT_EQ(Counter(1), 2U);
   EXPECT_EQ(Counter(13), 1U);
   EXPECT_EQ(Counter(2), 7U);
@@ -314,7 +314,7 @@ TEST_F(VglLogCount, ClearOfAnEmptyLogDoesNothing) {
               log.Clear();
               log.Clear();
             }),
-            2 * kCallsOfLock);
+            0U);
 }
 
 TEST_F(VglLogCount, AfterAClearTheKeyIsReadAnew) {

@@ -114,7 +114,7 @@ TEST_F(VglLogPath, APathThatWasFoundIsKeptUntilAClear) {
   Find();
   machine.files().Remove(kLogLibrary);
   path.clear();
-  EXPECT_EQ(CallsOf([&] { EXPECT_EQ(Find(), 0); }), kCallsOfLock);
+  EXPECT_EQ(CallsOf([&] { EXPECT_EQ(Find(), 0); }), 0U);
   EXPECT_EQ(path, kLogLibrary);
   log.Clear();
   EXPECT_EQ(Count(1), -99);

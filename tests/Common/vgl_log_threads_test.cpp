@@ -10,11 +10,17 @@ namespace {
 
 using namespace platform;
 
-// What the threads do with the log that they are given.
-std::uint32_t Count500Times(void* log) {
-  for (int i = 0; i < 500; ++i) {
-    static_cast<CVglLog*>(log)->Increment(VGLLOG_TRAYICON, kCountCleanHead, desk::kPrinterName);
-    Os().process.Sleep(0);  // the other thread may go first
+// A log, and how often a thread has counted in it.
+struct Tally {
+  CVglLog& log;
+  std::uint32_t counted = 0;
+};
+std::uint32_t Count100Times(void* given) {
+  Tally& tally = *static_cast<Tally*>(given);
+  for (int i = 0; i < 100; ++i) {
+    if (tally.log.Increment(VGLLOG_TRAYICON, kCountCleanHead, desk::kPrinterName) == 0)
+      ++tally.counted;
+    Os().process.Sleep(1);
   }
   return 0;
 }
@@ -80,31 +86,32 @@ TEST_F(VglLogThreads, AnOperationOfTheSameThreadWithinAnotherDoesNothing) {
   EXPECT_EQ(Count(kCountMenuDp), 0);  // its turn is over
 }
 
-TEST_F(VglLogThreads, ACountDuringAFlushWaitsAndIsntLostWithTheClear) {
+TEST_F(VglLogThreads, ACountDuringAFlushIsLostAndWaitsForNobody) {
   MakeWritingSlow();
   EXPECT_EQ(Count(kCountAgentStart), 0);
   const HANDLE thread = StartCounting(CountOnceAfter10Milliseconds, log);
-  const std::uint64_t begin = machine.now();
   EXPECT_EQ(log.FlushVglLog(), 1);
-  EXPECT_EQ(machine.now() - begin, 50U);
-  EXPECT_EQ(StoredCounters(), LogOf(u"", {0, 1}).counters);
   Await(thread);
-  EXPECT_EQ(Counter(kCountCleanHead), 1U);
-  EXPECT_EQ(Counter(kCountAgentStart), 0U);
+  EXPECT_EQ(machine.now(), 50U);
+  EXPECT_EQ(StoredCounters(), LogOf(u"", {0, 1}).counters);
+  EXPECT_EQ(log.m_pnLogData, nullptr);
 }
 
-TEST_F(VglLogThreads, EachOperationWaitsForTheOneAtWork) {
+TEST_F(VglLogThreads, AnOperationThatMeetsAnotherOneDoesNothingAtOnce) {
   MakeWritingSlow();
   std::u16string path;
-  const std::function<void()> operations[] = {
-      [&] { log.Increment(VGLLOG_TRAYICON, 1, kPrinter); },
-      [&] { log.SetValue(VGLLOG_TRAYICON, 1, 5, kPrinter); },
-      [&] { log.GetLogRuFileName(&path); },
-      [&] { log.WriteVglLogFile(); },
-      [&] { log.FlushVglLog(); },
-      [&] { log.Clear(); },
+  const std::function<std::int32_t()> operations[] = {
+      [&] { return log.Increment(VGLLOG_TRAYICON, kCountMenuDp, kPrinter); },
+      [&] { return log.SetValue(VGLLOG_TRAYICON, kCountMenuDp, 5, kPrinter); },
+      [&] { return log.GetLogRuFileName(&path); },
+      [&] { return log.WriteVglLogFile(); },
+      [&] { return log.FlushVglLog(); },
+      [&] {
+        log.Clear();
+        return kVglLogFailed;
+      },
   };
-  for (const std::function<void()>& operation : operations) {
+  for (const std::function<std::int32_t()>& operation : operations) {
     Count(kCountAgentStart);
     const HANDLE writing = Os().process.CreateThread(
         [](void* given) {
@@ -112,11 +119,14 @@ TEST_F(VglLogThreads, EachOperationWaitsForTheOneAtWork) {
           return 0U;
         },
         &log);
-    const std::uint64_t begin = machine.now();
     Os().process.Sleep(10);
-    operation();
-    EXPECT_GE(machine.now() - begin, 50U);
+    const std::uint64_t begin = machine.now();
+    EXPECT_EQ(operation(), kVglLogFailed);
+    EXPECT_EQ(machine.now(), begin);
+    EXPECT_EQ(path, u"");
     Await(writing);
+    EXPECT_GT(Counter(kCountAgentStart), 0U);
+    EXPECT_EQ(Counter(kCountMenuDp), 0U);
   }
 }
 
@@ -146,23 +156,27 @@ TEST_F(VglLogThreads, AnOperationThatEndsEarlyLeavesTheLogFree) {
   EXPECT_EQ(Counter(kCountCleanHead), 1U);
 }
 
-// The thread counts 500 times while the main thread, which counts 20 times, flushes seven times.
-TEST(VglLogSeeds, NoCountIsLostHoweverTwoThreadsInterleave) {
+// Each millisecond the thread counts once, and the main thread counts or flushes.
+TEST(VglLogSeeds, ACountThatSucceedsReachesTheFileHoweverTwoThreadsInterleave) {
   for (std::uint64_t seed = 0; seed <= 12; ++seed) {
     SCOPED_TRACE(seed);
     SimDesk desk(seed);
     sim::Inside inside(desk.machine);
     CVglLog log;
-    const HANDLE thread = StartCounting(Count500Times, log);
+    Tally tally{log};
+    const HANDLE thread = Os().process.CreateThread(Count100Times, &tally);
+    std::uint32_t counted = 0;
     for (int i = 0; i < 20; ++i) {
-      EXPECT_EQ(log.Increment(VGLLOG_TRAYICON, kCountPreferences, desk::kPrinterName), 0);
-      if (i % 3 != 0) continue;
-      EXPECT_GE(log.FlushVglLog(), 0);
+      if (log.Increment(VGLLOG_TRAYICON, kCountPreferences, desk::kPrinterName) == 0) ++counted;
+      if (i % 3 == 0) log.FlushVglLog();
+      Os().process.Sleep(1);
     }
     Await(thread);
     log.FlushVglLog();
-    EXPECT_EQ(desk.CountsInFile(),
-              (std::vector<std::uint32_t>{0, 0, 0, 20, 0, 500, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_GE(tally.counted, 80U);  // it is alone for that many
+    EXPECT_GT(counted, 0U);
+    EXPECT_EQ(desk.CountsInFile(), (std::vector<std::uint32_t>{0, 0, 0, counted, 0, tally.counted,
+                                                               0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_TRUE(inside.process().Ledger().empty());
   }
 }

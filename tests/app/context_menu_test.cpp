@@ -172,6 +172,31 @@ TEST_F(ContextMenu, ShowsAChangeOfTheUsersLanguageWithoutARestart) {
   EXPECT_EQ(agent.MenuItems()[0].type, MFT_STRING);
 }
 
+// An agent that knows no printer's name opens its menu only while an installation is under way.
+TEST_F(ContextMenu, OfAnAgentThatKnowsOnlyAPortHasThePortsNameInItsHead) {
+  constexpr char16_t kRecord[] = u"Software\\KAVRO\\VGL3\\VGLData\\KVNTarget\\P0000000000000000";
+  desk.machine.registry().SetString(HKEY_CURRENT_USER, kRecord, u"Name", u"LPT2");
+  desk.machine.registry().SetDword(HKEY_CURRENT_USER, kRecord, u"TrayIconEnable", 1);
+  const SimAgent agent = desk.StartedAgent(u"/I /D \"KAVRO Studio 7200\" /O \"LPT2\" /M \"S7200\"");
+  agent.RightClick();
+  ASSERT_TRUE(agent.MenuIsOpen());
+  EXPECT_EQ(agent.MenuItems()[0].text, u"LPT2");
+}
+
+TEST_F(ContextMenu, ReadsAsItsOwnTextsDoWhateverTheSystemsLanguage) {
+  const auto titleOn = [](std::uint16_t language, const std::u16string& settings) {
+    SimDesk other;
+    other.machine.system().systemLocale = language;
+    other.machine.system().userLanguage = language;
+    other.SetResourceLibrary(LibraryWithSettings(settings));
+    const SimAgent agent = other.StartedAgent();
+    agent.RightClick();
+    return agent.MenuItems().at(0).text;
+  };
+  EXPECT_EQ(titleOn(0x040D, u"Settings"), u"Studio 7200");
+  EXPECT_EQ(titleOn(0x0409, kHebrew), u"Studio 7200\u200E");
+}
+
 TEST_F(ContextMenu, ShowsAnUpdatedResourceLibraryWithoutARestart) {
   const SimAgent agent = desk.StartedAgent();
   desk.SetResourceLibrary(LibraryWithSettings(u"Options"));

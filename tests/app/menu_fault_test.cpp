@@ -1,6 +1,6 @@
 // Opening the menu, drawing it, choosing each kind of entry, and the two kicks, while each platform
-// call of the agent fails once: the agent goes on, the next opening shows the whole menu, and
-// nothing is left in hand but what is named here.
+// call of the agent fails once: the agent goes on, after a failed opening the next one shows the
+// whole menu, and nothing is left in hand but what is named here.
 //
 // One agent serves all runs of an act; where a failure ends it, the next one takes its place.
 #include <gmock/gmock.h>
@@ -13,6 +13,7 @@
 
 #include "Common/wide_format.h"
 #include "app/agent_messages.h"
+#include "desk/utility_library.h"
 #include "desk/whole_set.h"
 #include "tests/support/sim_desk.h"
 
@@ -155,6 +156,11 @@ class MenuFaults : public testing::Test {
       m_ended.insert(failed);
       StartAgent();
     }
+    // The printer's semaphore stays taken, so that agent calls no utility any more.
+    if (failed == "CreateThread") {
+      m_desk.machine.EndProcess(m_agent->process());
+      StartAgent();
+    }
     const std::string name = "call " + std::to_string(number) + ", " + failed;
     // An opening that failed may have left the agent without a menu, until the next one.
     if (HeldAtRest() != m_heldAtRest) {
@@ -214,6 +220,10 @@ TEST_F(MenuFaults, ChoosingEachKindOfEntry) {
        {"CreateThread", "LoadLibraryW", "ShellExecuteW", "CreateProcessW", "WriteFile"})
     EXPECT_TRUE(m_failed.contains(operation)) << operation;
   EXPECT_EQ(m_ended, Names{"GetMessageW"});
+  // Its program couldn't be started; or what says that the entry is a utility's couldn't be looked
+  // up, so that the library's name went for a program's.
+  EXPECT_TRUE(m_leftFile.contains("CreateProcessW"));
+  EXPECT_GT(desk::UtilityLibraryOf(m_desk.machine).calls.size(), 100U);
 }
 
 TEST_F(MenuFaults, AnInvitation) {

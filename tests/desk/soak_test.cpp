@@ -73,5 +73,41 @@ TEST(Soak, StopsWhereAnAgentOutlivesItsPrinter) {
   EXPECT_TRUE(result.err.ends_with("its agent outlives it\n")) << result.err;
 }
 
+constexpr char16_t kDescription[] = u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\KS7200.DAT";
+
+TEST(Soak, StopsWhereAMenuIsntWhole) {
+  SoakOptions options{.seed = 5, .hours = 24, .printers = 3, .withFaults = false};
+  options.disturb = [](sim::Machine& machine) {
+    std::string text = machine.files().ReadFile(kDescription).value();
+    const std::size_t entry = text.find("REGENTER=MNU,\"935\"");
+    if (entry == std::string::npos) return;
+    text.erase(entry, text.find('\n', entry) + 1 - entry);
+    machine.files().WriteFile(kDescription, text);
+  };
+  const Result result = ResultOf(options);
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(result.err.ends_with("its menu isn't whole\n")) << result.err;
+}
+
+TEST(Soak, StopsWhereAnEntryStartsNothing) {
+  SoakOptions options{.seed = 5, .hours = 24, .printers = 3, .withFaults = false};
+  options.disturb = [](sim::Machine& machine) {
+    machine.files().Remove(u"C:\\Windows\\system32\\spool\\drivers\\x64\\3\\K_S72MAN.EXE");
+  };
+  const Result result = ResultOf(options);
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(result.err.ends_with(" starts nothing\n")) << result.err;
+}
+
+TEST(Soak, StopsWhereAParameterFileIsLeft) {
+  SoakOptions options{.seed = 5, .hours = 1, .printers = 2, .withFaults = false};
+  options.disturb = [](sim::Machine& machine) {
+    machine.files().WriteFile(machine.system().tempFolder + u"K_QFFFF.tmp", "x");
+  };
+  const Result result = ResultOf(options);
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(result.err.ends_with("K_QFFFF.tmp\n")) << result.err;
+}
+
 }  // namespace
 }  // namespace desk

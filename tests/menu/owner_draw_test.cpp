@@ -336,7 +336,7 @@ TEST_F(OwnerDrawFailure, APictureThatTellsNoSizeIsBlank) {
                    "286,52 \"Order ink\" in 000000 on F0F0F0, aligned 258"}));
 }
 
-// A slot keeps its picture's handle when the picture is deleted, until it gets another one.
+// A handle that stands for nothing, whatever made it so.
 TEST_F(OwnerDrawFailure, APictureThatIsGoneIsBlank) {
   Os().drawing.DeleteObject(AsObject(slot.hBitmap));
   EXPECT_EQ(LinesOf(), (Lines{kFill, "114,52 \"Order ink\" in 000000 on F0F0F0"}));

@@ -121,7 +121,7 @@ TEST_F(UtilityEntry, IsntToldWhileAnInstallerIsAtWork) {
   EXPECT_EQ(Ask(u"K_UTIL.DLL /U2"), 0);
 }
 
-TEST_F(UtilityEntry, IsToldAlsoByADriversNameOf259Characters) {
+TEST_F(UtilityEntry, IsNoneOfADriverThatNobodyKnowsWhateverItsNamesLength) {
   EXPECT_EQ(Ask(u"K_UTIL.DLL /U2", std::u16string(259, u'd').c_str()), 0);
 }
 

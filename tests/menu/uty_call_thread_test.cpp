@@ -202,16 +202,11 @@ void RunOutOfMemory(const char16_t*, const char16_t*, const char16_t*, const cha
   throw std::bad_alloc();
 }
 
-TEST_F(UtyCallThread, NoExceptionLeavesItAndEverythingIsGivenBack) {
+TEST_F(UtyCallThread, WithoutMemoryTheProcessEnds) {
   library.RemoveExport("UtCleanHeadW");
   library.Export<&RunOutOfMemory>(99, "UtCleanHeadW");
-  Run(u"C:\\D\\u.dll /U2");
-  EXPECT_EQ(library.Calls("UtCleanHeadW"), 1U);
-  EXPECT_TRUE(Counts().empty());
-  EXPECT_FALSE(LibraryIsLoaded());
-  EXPECT_TRUE(SemaphoreIsFree());
-  Run(u"C:\\D\\u.dll /U1");
-  EXPECT_EQ(Counts(), OneAt(4));
+  EXPECT_TRUE(inside.EndsProcess([this] { Run(u"C:\\D\\u.dll /U2"); }));
+  EXPECT_EQ(inside.process().exitCode(), 3U);
 }
 
 TEST_F(UtyCallThread, DestroyingTheObjectWaitsForTheUtility) {
@@ -232,9 +227,8 @@ TEST_F(UtyCallThread, DestroyingTheObjectDoesntWaitForAThreadThatDidntStart) {
   EXPECT_EQ(machine.now(), 0U);
 }
 
-// Whoever has waited may destroy the object at once: the thread, which may not be through, doesn't
-// touch it any more.
-TEST(UtyCallThreads, TheObjectMayGoAsSoonAsTheSemaphoreIsFree) {
+// Whoever has waited may destroy the object at once.
+TEST(UtyCallThreads, TheObjectGoesWithNothingButItsThreadsHandleLeftWhateverTheInterleaving) {
   for (std::uint64_t seed = 0; seed <= 60; ++seed) {
     for (const char16_t* param : {u"C:\\D\\u.dll /U2", u"C:\\D\\gone.dll /U2"}) {
       sim::Machine machine(seed);

@@ -37,7 +37,6 @@ class ThreadContract : public PlatformTest {
 };
 
 using Threads = ThreadContract;
-using Locks = ThreadContract;
 using SemaphoresOfThreads = ThreadContract;
 
 // --- Threads
@@ -149,79 +148,6 @@ TEST_F(Threads, OneMayStartAnother) {
   Body outer = [&] { WaitForEnd(Start(inner)); };
   WaitForEnd(Start(outer));
   EXPECT_TRUE(ran);
-}
-
-// --- Locks
-
-TEST_F(Locks, ALockIsFreeAtFirstAndAfterEachRelease) {
-  SlimLock lock;
-  for (int i = 0; i < 3; ++i) {
-    objects.AcquireSRWLockExclusive(&lock);
-    objects.ReleaseSRWLockExclusive(&lock);
-  }
-  std::atomic<bool> ran = false;
-  RunInAnotherThread([&] {
-    objects.AcquireSRWLockExclusive(&lock);
-    ran = true;
-    objects.ReleaseSRWLockExclusive(&lock);
-  });
-  EXPECT_TRUE(ran);
-}
-
-TEST_F(Locks, ALockIsHandedOverWhenItIsReleased) {
-  SlimLock lock;
-  objects.AcquireSRWLockExclusive(&lock);
-  std::atomic<bool> isIn = false;
-  Body body = [&] {
-    objects.AcquireSRWLockExclusive(&lock);
-    isIn = true;
-    objects.ReleaseSRWLockExclusive(&lock);
-  };
-  const OwnedObject thread = Start(body);
-  os.process.Sleep(100);
-  EXPECT_FALSE(isIn);
-  EXPECT_FALSE(HasEnded(thread));
-  objects.ReleaseSRWLockExclusive(&lock);
-  WaitForEnd(thread);
-  EXPECT_TRUE(isIn);
-}
-
-TEST_F(Locks, OneOfSeveralWaitersGetsItAtATime) {
-  SlimLock lock;
-  std::atomic<int> inside = 0;
-  std::atomic<int> most = 0;
-  int passes = 0;  // guarded by the lock
-  Body body = [&] {
-    for (int i = 0; i < 20; ++i) {
-      objects.AcquireSRWLockExclusive(&lock);
-      most = std::max<int>(most, ++inside);
-      const int before = passes;
-      os.process.Sleep(i % 4 == 0 ? 1 : 0);
-      passes = before + 1;
-      --inside;
-      objects.ReleaseSRWLockExclusive(&lock);
-    }
-  };
-  const OwnedObject first = Start(body);
-  const OwnedObject second = Start(body);
-  const OwnedObject third = Start(body);
-  for (const OwnedObject* thread : {&first, &second, &third}) WaitForEnd(*thread);
-  EXPECT_EQ(most, 1);
-  EXPECT_EQ(passes, 60);
-}
-
-TEST_F(Locks, TwoLocksAreHeldSideBySide) {
-  SlimLock here;
-  SlimLock there;
-  objects.AcquireSRWLockExclusive(&here);
-  std::atomic<bool> ran = false;
-  RunInAnotherThread([&] {
-    objects.AcquireSRWLockExclusive(&there);
-    ran = true;
-    objects.ReleaseSRWLockExclusive(&there);
-  });
-  EXPECT_TRUE(ran);
-  objects.ReleaseSRWLockExclusive(&here);
 }
 
 // --- Semaphores

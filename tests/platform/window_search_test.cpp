@@ -264,9 +264,9 @@ TEST_F(DialogItems, WhatIsNoWindowHasNone) {
   for (const HWND none : {HWND{}, Gone()}) {
     os.process.SetLastError(7777);
     EXPECT_EQ(windowing.GetDlgItem(none, 1001), HWND{});
-    // Wine tells no error of a window that is gone.
+    // Wine 8 tells no error of a window that is gone.
     EXPECT_TRUE(
-        HoldsExcept(OnWine() && none != HWND{}, LastError() == ERROR_INVALID_WINDOW_HANDLE));
+        HoldsExcept(OnWine(8) && none != HWND{}, LastError() == ERROR_INVALID_WINDOW_HANDLE));
   }
 }
 

@@ -1,4 +1,4 @@
-// Threads and locks of the simulated machine: every interleaving, the end of their process, faults,
+// Threads of the simulated machine: every interleaving, the end of their process, faults,
 // the ledger. What Windows does as well is in tests/platform/threads_test.cpp.
 #include <gtest/gtest.h>
 
@@ -25,30 +25,6 @@ HANDLE StartThread(Body& body) {
         return 0;
       },
       &body);
-}
-
-TEST(SimulatedThreads, ALockExcludesWhateverTheInterleaving) {
-  for (std::uint64_t seed = 0; seed < 50; ++seed) {
-    Machine machine(seed);
-    const Inside inside(machine);
-    SlimLock lock;
-    int passes = 0;
-    Body body = [&] {
-      for (int i = 0; i < 5; ++i) {
-        Os().objects.AcquireSRWLockExclusive(&lock);
-        const int before = passes;
-        Os().process.Sleep(0);
-        passes = before + 1;
-        Os().objects.ReleaseSRWLockExclusive(&lock);
-      }
-    };
-    const OwnedObject first(StartThread(body));
-    const OwnedObject second(StartThread(body));
-    body();
-    for (const OwnedObject* thread : {&first, &second})
-      EXPECT_EQ(Os().objects.WaitForSingleObject(thread->get(), INFINITE), WAIT_OBJECT_0) << seed;
-    EXPECT_EQ(passes, 15) << seed;
-  }
 }
 
 TEST(SimulatedThreads, AThreadAndItsHandleEndWhateverTheInterleaving) {
@@ -91,30 +67,6 @@ TEST(SimulatedThreads, StartingOneIsTracedAndCanFail) {
   EXPECT_EQ(Os().process.GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
 }
 
-TEST(SimulatedThreads, AProcessEndsWithThreadsThatWaitForItsLocks) {
-  Machine machine;
-  int waiting = 0;
-  Body body;
-  SlimLock lock;
-  Process& process = machine.StartProcess(u"C:\\agent.exe", u"", [&](const char16_t*) {
-    Os().objects.AcquireSRWLockExclusive(&lock);
-    body = [&] {
-      ++waiting;
-      Os().objects.AcquireSRWLockExclusive(&lock);
-      ADD_FAILURE() << "the lock was never released";
-    };
-    const OwnedObject first(StartThread(body));
-    const OwnedObject second(StartThread(body));
-    Os().process.Sleep(100);
-    Os().process.ExitProcess(3);
-    return 0u;
-  });
-  machine.RunFor(1000);
-  EXPECT_EQ(waiting, 2);
-  EXPECT_TRUE(process.ended());
-  EXPECT_EQ(process.exitCode(), 3u);
-}
-
 TEST(SimulatedThreads, AProcessEndsWithItsFirstThreadWhateverTheOthersDo) {
   Machine machine;
   bool ran = false;
@@ -131,23 +83,6 @@ TEST(SimulatedThreads, AProcessEndsWithItsFirstThreadWhateverTheOthersDo) {
   EXPECT_TRUE(process.ended());
   EXPECT_EQ(process.exitCode(), 4u);
   EXPECT_FALSE(ran);
-}
-
-TEST(SimulatedThreads, LocksAreTheirProcessesOwn) {
-  Machine machine;
-  SlimLock first;
-  SlimLock second;
-  int holders = 0;
-  for (SlimLock* lock : {&first, &second}) {
-    machine.StartProcess(u"C:\\agent.exe", u"", [&holders, lock](const char16_t*) {
-      Os().objects.AcquireSRWLockExclusive(lock);
-      ++holders;
-      Os().process.Sleep(100);
-      return 0u;
-    });
-  }
-  machine.RunFor(50);
-  EXPECT_EQ(holders, 2);
 }
 
 }  // namespace

@@ -26,9 +26,6 @@ class VglLogTest : public DriverSetTest {
   static constexpr char16_t kPrinterLibrary[] = u"C:\\Set\\KVPRN.DLL";
   static constexpr char16_t kLogFile[] = u"C:\\ProgramData\\KAVRO\\VGL3\\LOG\\VGL_TrayIcon_K12.xml";
 
-  // Each operation of the log takes its lock and gives it back.
-  static constexpr std::uint64_t kCallsOfLock = 3;
-
   VglLogTest();
 
   // The lines of the model's section of the profile.
